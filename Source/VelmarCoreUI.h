@@ -1,0 +1,4 @@
+#pragma once
+
+// Umbrella header: everything a host needs.
+#include "VLXVersion.h"

@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Installs what is missing, then builds and runs every test twice: in a normal build and under
+# AddressSanitizer + UndefinedBehaviorSanitizer. Fails when either run fails.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+./scripts/setup.sh
+
+jobs=2
+export CTEST_OUTPUT_ON_FAILURE=1
+
+echo "== normal build: library, tests, benchmarks, gallery"
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build build -j"$jobs"
+ctest --test-dir build -j"$jobs" --timeout 300
+
+echo "== sanitizer build: AddressSanitizer + UndefinedBehaviorSanitizer"
+cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DVLX_SANITIZE=ON \
+    -DVLX_BUILD_BENCHMARKS=OFF -DVLX_BUILD_APPS=OFF >/dev/null
+cmake --build build-asan -j"$jobs"
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+    ctest --test-dir build-asan -j"$jobs" --timeout 600
