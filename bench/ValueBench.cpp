@@ -2,7 +2,11 @@
 // host data set.
 #include <benchmark/benchmark.h>
 
+#include <nlohmann/json.hpp>
+
 #include <string>
+
+#include "BenchRatio.h"
 
 #include "Platform/Foundation/VLXRecord.h"
 #include "Platform/Foundation/VLXStringFormat.h"
@@ -76,6 +80,28 @@ void BM_FromJSON100kRecords(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(json.size()));
 }
 
+// fromJSON against nlohmann's own document parse of the same text: the cost of building
+// values on top of tokenising.
+void BM_FromJSONVsJSONDocument(benchmark::State& state) {
+    const std::string& json = recordsJSON();
+    runAgainstBaseline(
+        state, "fromJSON", [&] { benchmark::DoNotOptimize(VLXValue::fromJSON(json)); },
+        [&] { benchmark::DoNotOptimize(nlohmann::json::parse(json)); });
+}
+
+// A record lookup against the same lookup on a dictionary, 100 000 times each.
+void BM_RecordVsDictionaryKeyPath(benchmark::State& state) {
+    const VLXValue record = makeRecord();
+    const VLXValue dictionary = makeDictionary();
+    auto lookUps = [](const VLXValue& object) {
+        for (int i = 0; i < 100000; ++i) {
+            benchmark::DoNotOptimize(object.valueForKeyPath("meta.unit"));
+        }
+    };
+    runAgainstBaseline(
+        state, "record", [&] { lookUps(record); }, [&] { lookUps(dictionary); });
+}
+
 }  // namespace
 
 BENCHMARK(BM_RecordKeyPath);
@@ -83,3 +109,5 @@ BENCHMARK(BM_RecordNestedKeyPath);
 BENCHMARK(BM_DictionaryKeyPath);
 BENCHMARK(BM_DictionaryNestedKeyPath);
 BENCHMARK(BM_FromJSON100kRecords)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FromJSONVsJSONDocument)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_RecordVsDictionaryKeyPath)->Unit(benchmark::kMillisecond)->Iterations(5);
