@@ -24,3 +24,4 @@ std::string galleryEscapeHTML(const std::string& text);
 
 // Page builders, one file each.
 GalleryPage makeColorPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeFoundationPage(const std::filesystem::path& outputDirectory);

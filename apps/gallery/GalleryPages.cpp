@@ -3,6 +3,7 @@
 const std::vector<GalleryPageBuilder>& galleryPageBuilders() {
     static const std::vector<GalleryPageBuilder> builders = {
         makeColorPage,
+        makeFoundationPage,
     };
     return builders;
 }

@@ -32,6 +32,20 @@ nav a { margin-right: 1rem; }
 .legend .cell .chip { height: 28px; }
 table { border-collapse: collapse; font-size: 13px; }
 td, th { border: 1px solid #ddd; padding: 4px 8px; text-align: left; }
+table.data td { font-family: monospace; white-space: pre-wrap; }
+.columns { display: flex; flex-wrap: wrap; gap: 24px; align-items: flex-start; }
+.key { display: inline-block; width: 12px; height: 12px; border: 1px solid #ccc; }
+svg.figure { background: #fff; border: 1px solid #ddd; }
+pre { background: #fff; border: 1px solid #ddd; padding: 8px; font-size: 12px; margin: 0;
+      white-space: pre-wrap; word-break: break-all; max-width: 600px; }
+.grouped { background: #f2f2f7; padding: 12px 16px; width: 380px; border-radius: 10px; }
+.grouped table { width: 100%; background: #fff; border-collapse: separate; border-spacing: 0;
+                 border-radius: 10px; }
+.grouped td { border: none; border-bottom: 1px solid #e5e5ea; padding: 10px 12px; }
+.grouped .value { text-align: right; color: #8e8e93; }
+.grouped .cell { font-family: monospace; font-size: 11px; color: #aaa; }
+.group-title, .group-footer { color: #6d6d72; font-size: 12px; margin: 6px 12px; }
+.group-title { text-transform: uppercase; }
 )";
 
 void writeFile(const std::filesystem::path& path, const std::string& text) {
