@@ -215,10 +215,6 @@ VLXColor VLXColorRamp::interpolatedColorFromColor(const std::optional<VLXColor>&
     return vlx_colorWithRed(rgb[0] * 255.0, rgb[1] * 255.0, rgb[2] * 255.0, 1.0);
 }
 
-std::string VLXColorRamp::className() const {
-    return "VLXColorRamp";
-}
-
 std::string VLXColorRamp::description() const {
     return VLXStringWithFormat("<VLXColorRamp: %p> {stops = %zu; intervals = %zu}",
                                static_cast<const void*>(this), m_mutableStops.size(),

@@ -98,7 +98,6 @@ public:
     const Ranges& labelIntervalRanges() const { return m_labelIntervalRanges; }
     void setLabelIntervalRanges(Ranges ranges) { m_labelIntervalRanges = std::move(ranges); }
 
-    std::string className() const override;
     /// "<VLXColorRamp: 0x…> {stops = n; intervals = m}".
     std::string description() const override;
 

@@ -4,7 +4,7 @@ namespace {
 
 // Archives that name the class restore as it.
 [[maybe_unused]] const bool kRegistered =
-    (VLXAutoCodingObject::registerClass<VLXColorRampInterval>("VLXColorRampInterval"), true);
+    (VLXAutoCodingObject::registerClass<VLXColorRampInterval>(), true);
 
 }  // namespace
 
@@ -28,10 +28,6 @@ void VLXColorRampInterval::initWithValue(double value, std::optional<VLXColor> c
     m_color = std::move(color);
     m_label = std::move(label);
     m_labelAlignment = 1;
-}
-
-std::string VLXColorRampInterval::className() const {
-    return "VLXColorRampInterval";
 }
 
 void VLXColorRampInterval::declareProperties(PropertyList& list) const {

@@ -28,8 +28,6 @@ public:
     const std::optional<VLXColor>& color() const { return m_color; }
     void setColor(std::optional<VLXColor> color) { m_color = std::move(color); }
 
-    std::string className() const override;
-
 protected:
     VLXColorRampInterval() = default;
     virtual void initWithValue(double value, std::optional<VLXColor> color,

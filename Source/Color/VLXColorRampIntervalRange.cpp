@@ -14,8 +14,7 @@ double singlePrecisionValue(std::string_view text) {
 
 // Archives that name the class restore as it.
 [[maybe_unused]] const bool kRegistered =
-    (VLXAutoCodingObject::registerClass<VLXColorRampIntervalRange>("VLXColorRampIntervalRange"),
-     true);
+    (VLXAutoCodingObject::registerClass<VLXColorRampIntervalRange>(), true);
 
 }  // namespace
 
@@ -81,10 +80,6 @@ VLXColorRampIntervalRange::arrayOfRangesFromString(std::string_view text) {
 
 bool VLXColorRampIntervalRange::containsValue(double x) const {
     return x == m_maxValue || (m_minValue <= x && x < m_maxValue);
-}
-
-std::string VLXColorRampIntervalRange::className() const {
-    return "VLXColorRampIntervalRange";
 }
 
 void VLXColorRampIntervalRange::declareProperties(PropertyList& list) const {

@@ -44,8 +44,6 @@ public:
     /// True when x == maxValue, or minValue <= x < maxValue.
     bool containsValue(double x) const;
 
-    std::string className() const override;
-
 protected:
     VLXColorRampIntervalRange() = default;
     void declareProperties(PropertyList& list) const override;

@@ -4,7 +4,7 @@ namespace {
 
 // Archives that name the class restore as it.
 [[maybe_unused]] const bool kRegistered =
-    (VLXAutoCodingObject::registerClass<VLXColorStop>("VLXColorStop"), true);
+    (VLXAutoCodingObject::registerClass<VLXColorStop>(), true);
 
 }  // namespace
 
@@ -39,10 +39,6 @@ std::shared_ptr<VLXColorStop> VLXColorStop::stopWithColor(std::optional<VLXColor
     stop->setTotalSteps(steps);
     stop->setLabelValue(std::move(label));
     return stop;
-}
-
-std::string VLXColorStop::className() const {
-    return "VLXColorStop";
 }
 
 void VLXColorStop::declareProperties(PropertyList& list) const {

@@ -47,8 +47,6 @@ public:
         m_labelValue = std::move(labelValue);
     }
 
-    std::string className() const override;
-
 protected:
     VLXColorStop() = default;
     void declareProperties(PropertyList& list) const override;

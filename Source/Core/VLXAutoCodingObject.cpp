@@ -1,8 +1,5 @@
 #include "Core/VLXAutoCodingObject.h"
 
-#include <cxxabi.h>
-
-#include <cstdlib>
 #include <map>
 #include <mutex>
 #include <typeindex>
@@ -28,19 +25,6 @@ std::function<std::shared_ptr<VLXAutoCodingObject>()> factoryNamed(std::string_v
     std::lock_guard lock(registryMutex());
     const auto it = registry().find(name);
     return it != registry().end() ? it->second : nullptr;
-}
-
-// The readable name of a type: demangled, without the wrapper VLXMakeShared constructs through.
-std::string readableTypeName(const std::type_info& type) {
-    int status = 0;
-    char* demangled = abi::__cxa_demangle(type.name(), nullptr, nullptr, &status);
-    std::string name = (status == 0 && demangled != nullptr) ? demangled : type.name();
-    std::free(demangled);
-    constexpr std::string_view wrapper = "vlx::detail::Constructible<";
-    if (name.starts_with(wrapper) && name.ends_with('>')) {
-        name = name.substr(wrapper.size(), name.size() - wrapper.size() - 1);
-    }
-    return name;
 }
 
 template <class T>
@@ -221,11 +205,6 @@ bool VLXAutoCodingObject::setValueForKey(std::string_view key, const VLXValue& v
 }
 
 // --- description ------------------------------------------------------------------------------
-
-std::string VLXAutoCodingObject::className() const {
-    static PerClassCache<std::string> cache;
-    return cache.get(typeid(*this), [this] { return readableTypeName(typeid(*this)); });
-}
 
 std::string VLXAutoCodingObject::description() const {
     std::string text = VLXObject::description() + " {";

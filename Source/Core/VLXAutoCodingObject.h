@@ -10,6 +10,7 @@
 
 #include "Platform/Foundation/VLXKeyValueObject.h"
 #include "Platform/Foundation/VLXObject.h"
+#include "Platform/Foundation/VLXTypeName.h"
 #include "Platform/Foundation/VLXValue.h"
 
 class VLXAutoCodingObject;
@@ -35,8 +36,7 @@ struct VLXValueCoding;
 /// value. Nested model objects are nested archives; colours are {"model", "components"}
 /// objects, dates seconds since 1970, optional values that are empty are null.
 ///
-/// The class name is the demangled C++ name of the most-derived class, so subclasses need not
-/// override `className()`. Restoring never throws and never leaves a property half-set: a
+/// Restoring never throws and never leaves a property half-set: a
 /// property whose archived value has the wrong shape keeps its value.
 class VLXAutoCodingObject : public VLXObject, public VLXKeyValueObject {
 public:
@@ -97,6 +97,11 @@ public:
     /// Registers a class so that archives naming it in "$class" restore as that class (nested
     /// objects otherwise restore as the property's declared class).
     template <class T>
+    static void registerClass() {
+        registerClass<T>(vlx::detail::readableTypeName(typeid(T)));
+    }
+    /// The same under an explicit name, for classes that override `className()`.
+    template <class T>
     static void registerClass(const std::string& className) {
         registerFactory(className,
                         [] { return std::shared_ptr<VLXAutoCodingObject>(T::create()); });
@@ -114,7 +119,6 @@ public:
     /// False when there is no such property or the value has the wrong shape.
     bool setValueForKey(std::string_view key, const VLXValue& value);
 
-    std::string className() const override;
     /// "<ClassName: 0x…> {name = value; …}".
     std::string description() const override;
 

@@ -5,16 +5,9 @@
 
 namespace {
 
-// Archives name their class in "$class"; registering once lets a section's rows come back as
-// the classes they were written as.
-void registerModelClasses() {
-    static const bool registered = [] {
-        VLXAutoCodingObject::registerClass<VLXTableSection>("VLXTableSection");
-        VLXAutoCodingObject::registerClass<VLXTableSectionRow>("VLXTableSectionRow");
-        return true;
-    }();
-    (void)registered;
-}
+// Archives that name the class restore as it, wherever they are nested.
+[[maybe_unused]] const bool kRegistered =
+    (VLXAutoCodingObject::registerClass<VLXTableSection>(), true);
 
 bool isEqualRow(const std::shared_ptr<VLXTableSectionRow>& a, const VLXTableSectionRow& b) {
     return a && a->isEqual(b);
@@ -23,7 +16,6 @@ bool isEqualRow(const std::shared_ptr<VLXTableSectionRow>& a, const VLXTableSect
 }  // namespace
 
 std::shared_ptr<VLXTableSection> VLXTableSection::create() {
-    registerModelClasses();
     auto section = VLXMakeShared<VLXTableSection>();
     section->init();
     return section;

@@ -61,8 +61,6 @@ public:
     void removeRows(const Rows& rows);
     void removeAllRows() { m_rows.clear(); }
 
-    std::string className() const override { return "VLXTableSection"; }
-
 protected:
     VLXTableSection() = default;
     void declareProperties(PropertyList& list) const override;

@@ -1,12 +1,14 @@
 #include "Models/VLXTableSectionRow.h"
 
+namespace {
+
+// Archives that name the class restore as it, wherever they are nested.
+[[maybe_unused]] const bool kRegistered =
+    (VLXAutoCodingObject::registerClass<VLXTableSectionRow>(), true);
+
+}  // namespace
+
 std::shared_ptr<VLXTableSectionRow> VLXTableSectionRow::create() {
-    // Lets archives naming "VLXTableSectionRow" restore as rows wherever they are nested.
-    static const bool registered = [] {
-        registerClass<VLXTableSectionRow>("VLXTableSectionRow");
-        return true;
-    }();
-    (void)registered;
     auto row = VLXMakeShared<VLXTableSectionRow>();
     row->init();
     return row;

@@ -47,8 +47,6 @@ public:
         m_cellIdentifier = std::move(identifier);
     }
 
-    std::string className() const override { return "VLXTableSectionRow"; }
-
 protected:
     VLXTableSectionRow() = default;
     void declareProperties(PropertyList& list) const override;

@@ -93,7 +93,7 @@ private:
 namespace {
 
 std::shared_ptr<CodingTestModel> makeSample() {
-    VLXAutoCodingObject::registerClass<DerivedCodingTestModel>("DerivedCodingTestModel");
+    VLXAutoCodingObject::registerClass<DerivedCodingTestModel>();
     auto model = CodingTestModel::create();
     model->setTitle("Säle \"Q1\"");
     model->setRatio(0.1 + 0.2);

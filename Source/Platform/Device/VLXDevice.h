@@ -36,8 +36,6 @@ public:
     /// The kind of device, for display: "Linux device".
     std::string model() const;
 
-    std::string className() const override { return "VLXDevice"; }
-
 protected:
     VLXDevice() = default;
 };

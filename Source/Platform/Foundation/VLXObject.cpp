@@ -5,6 +5,7 @@
 
 #include "Platform/Foundation/VLXKeyValueObject.h"
 #include "Platform/Foundation/VLXStringFormat.h"
+#include "Platform/Foundation/VLXTypeName.h"
 #include "Platform/Foundation/VLXValue.h"
 
 // Most objects never get an associated value, so the table is allocated on first use.
@@ -28,7 +29,7 @@ std::shared_ptr<VLXObject> VLXObject::create() {
 }
 
 std::string VLXObject::className() const {
-    return "VLXObject";
+    return vlx::detail::readableTypeName(typeid(*this));
 }
 
 std::string VLXObject::description() const {

@@ -26,7 +26,8 @@ public:
 
     static std::shared_ptr<VLXObject> create();
 
-    /// The class name as the host sees it ("VLXObject", "VLXColorStop" …).
+    /// The class name as the host sees it ("VLXObject", "VLXColorStop" …): by default the
+    /// readable C++ name of the most-derived class, so subclasses rarely override it.
     virtual std::string className() const;
     /// "<VLXObject: 0x…>" by default; subclasses describe their state.
     virtual std::string description() const;

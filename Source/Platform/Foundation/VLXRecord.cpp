@@ -40,10 +40,6 @@ VLXValue VLXRecord::valueForKey(std::string_view key) const {
     return VLXValue();
 }
 
-std::string VLXRecord::className() const {
-    return "VLXRecord";
-}
-
 std::string VLXRecord::description() const {
     std::string text = VLXObject::description() + " {";
     for (const auto& [name, value] : m_fields) {

@@ -29,7 +29,6 @@ public:
     bool respondsToKey(std::string_view key) const override;
     VLXValue valueForKey(std::string_view key) const override;
 
-    std::string className() const override;
     /// "<VLXRecord: 0x…> {date = …; value = 12.5;}", fields in order.
     std::string description() const override;
     /// Records with the same fields, in the same order, are equal.

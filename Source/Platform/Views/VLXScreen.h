@@ -28,7 +28,6 @@ public:
     /// Pixels per point of the physical panel; without display zoom the same as `scale()`.
     double nativeScale() const { return m_scale; }
 
-    std::string className() const override { return "VLXScreen"; }
     /// "<VLXScreen: 0x…; bounds = {{0, 0}, {390, 844}}; scale = 3>".
     std::string description() const override;
 
