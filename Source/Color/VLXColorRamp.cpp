@@ -42,9 +42,7 @@ std::optional<std::string> labelFor(double x) {
 }  // namespace
 
 std::shared_ptr<VLXColorRamp> VLXColorRamp::create() {
-    auto ramp = VLXMakeShared<VLXColorRamp>();
-    ramp->init();
-    return ramp;
+    return makeInitialized<VLXColorRamp>();
 }
 
 std::shared_ptr<VLXColorRamp> VLXColorRamp::create(Stops colorStops) {

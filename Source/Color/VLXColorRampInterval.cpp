@@ -9,9 +9,7 @@ namespace {
 }  // namespace
 
 std::shared_ptr<VLXColorRampInterval> VLXColorRampInterval::create() {
-    auto interval = VLXMakeShared<VLXColorRampInterval>();
-    interval->init();
-    return interval;
+    return makeInitialized<VLXColorRampInterval>();
 }
 
 std::shared_ptr<VLXColorRampInterval> VLXColorRampInterval::create(

@@ -19,9 +19,7 @@ double singlePrecisionValue(std::string_view text) {
 }  // namespace
 
 std::shared_ptr<VLXColorRampIntervalRange> VLXColorRampIntervalRange::create() {
-    auto range = VLXMakeShared<VLXColorRampIntervalRange>();
-    range->init();
-    return range;
+    return makeInitialized<VLXColorRampIntervalRange>();
 }
 
 std::shared_ptr<VLXColorRampIntervalRange> VLXColorRampIntervalRange::rangeFromValue(

@@ -9,9 +9,7 @@ namespace {
 }  // namespace
 
 std::shared_ptr<VLXColorStop> VLXColorStop::create() {
-    auto stop = VLXMakeShared<VLXColorStop>();
-    stop->init();
-    return stop;
+    return makeInitialized<VLXColorStop>();
 }
 
 std::shared_ptr<VLXColorStop> VLXColorStop::stopWithColor(std::optional<VLXColor> color,

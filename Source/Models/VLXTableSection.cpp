@@ -16,9 +16,7 @@ bool isEqualRow(const std::shared_ptr<VLXTableSectionRow>& a, const VLXTableSect
 }  // namespace
 
 std::shared_ptr<VLXTableSection> VLXTableSection::create() {
-    auto section = VLXMakeShared<VLXTableSection>();
-    section->init();
-    return section;
+    return makeInitialized<VLXTableSection>();
 }
 
 std::shared_ptr<VLXTableSection> VLXTableSection::sectionWithTitle(

@@ -9,9 +9,7 @@ namespace {
 }  // namespace
 
 std::shared_ptr<VLXTableSectionRow> VLXTableSectionRow::create() {
-    auto row = VLXMakeShared<VLXTableSectionRow>();
-    row->init();
-    return row;
+    return makeInitialized<VLXTableSectionRow>();
 }
 
 void VLXTableSectionRow::declareProperties(PropertyList& list) const {

@@ -36,9 +36,7 @@ SystemNames readSystemNames() {
 }  // namespace
 
 std::shared_ptr<VLXDevice> VLXDevice::create() {
-    auto device = VLXMakeShared<VLXDevice>();
-    device->init();
-    return device;
+    return makeInitialized<VLXDevice>();
 }
 
 std::shared_ptr<VLXDevice> VLXDevice::currentDevice() {

@@ -23,9 +23,7 @@ VLXObject::VLXObject() = default;
 VLXObject::~VLXObject() = default;
 
 std::shared_ptr<VLXObject> VLXObject::create() {
-    auto object = VLXMakeShared<VLXObject>();
-    object->init();
-    return object;
+    return makeInitialized<VLXObject>();
 }
 
 std::string VLXObject::className() const {

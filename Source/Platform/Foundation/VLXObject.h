@@ -63,6 +63,11 @@ protected:
     /// First link of the initialiser chain; overrides call the base first.
     virtual void init() {}
 
+    /// The common `create()`: constructs a T with `args` and runs the initialiser chain from
+    /// `init()`, dispatching to the most-derived override.
+    template <class T, class... Args>
+    static std::shared_ptr<T> makeInitialized(Args&&... args);
+
 private:
     struct Associations;
     std::unique_ptr<Associations> m_associations;
@@ -84,4 +89,12 @@ struct Constructible final : T {
 template <class T, class... Args>
 std::shared_ptr<T> VLXMakeShared(Args&&... args) {
     return std::make_shared<vlx::detail::Constructible<T>>(std::forward<Args>(args)...);
+}
+
+template <class T, class... Args>
+std::shared_ptr<T> VLXObject::makeInitialized(Args&&... args) {
+    auto object = VLXMakeShared<T>(std::forward<Args>(args)...);
+    // Called through the base so that a protected override in T is still reached virtually.
+    static_cast<VLXObject&>(*object).init();
+    return object;
 }

@@ -11,9 +11,7 @@ std::shared_ptr<VLXRecord> VLXRecord::create(std::initializer_list<Field> fields
 }
 
 std::shared_ptr<VLXRecord> VLXRecord::create(std::vector<Field> fields) {
-    auto record = VLXMakeShared<VLXRecord>(std::move(fields));
-    record->init();
-    return record;
+    return makeInitialized<VLXRecord>(std::move(fields));
 }
 
 void VLXRecord::setValue(std::string_view key, VLXValue value) {

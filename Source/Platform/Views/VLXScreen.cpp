@@ -4,9 +4,7 @@
 #include <sstream>
 
 std::shared_ptr<VLXScreen> VLXScreen::create() {
-    auto screen = VLXMakeShared<VLXScreen>();
-    screen->init();
-    return screen;
+    return makeInitialized<VLXScreen>();
 }
 
 std::shared_ptr<VLXScreen> VLXScreen::mainScreen() {
