@@ -1,0 +1,55 @@
+// vlx-bench-polyline-table: strokes noisy polylines of 10⁴, 10⁵ and 10⁶ points into a 1280 × 720
+// bitmap three ways and prints one row per size: the graphics context, raw cairo with one path,
+// raw cairo in 1000-segment pieces, and the ratios. `--quick` skips the million-point one-path
+// run (about 20 s).
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+
+#include "../PolylineWorkload.h"
+
+namespace {
+
+double milliseconds(const std::function<void()>& run, int repeats) {
+    double best = 1e300;
+    for (int i = 0; i < repeats; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        run();
+        const double ms =
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+                .count();
+        best = ms < best ? ms : best;
+    }
+    return best;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const bool quick = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
+    auto context =
+        VLXGraphicsContext::createBitmap(VLXSizeMake(polyline::kWidth, polyline::kHeight), 1);
+    polyline::RawCairo raw;
+    std::printf("%9s %12s %16s %14s %14s %14s\n", "N", "ours ms", "raw one path ms",
+                "raw pieces ms", "ours/one", "ours/pieces");
+    for (const std::size_t count :
+         {std::size_t{10000}, std::size_t{100000}, std::size_t{1000000}}) {
+        const auto points = polyline::noisyLine(count);
+        const int repeats = count >= 1000000 ? 1 : 3;
+        const double ours =
+            milliseconds([&] { polyline::strokeWithContext(*context, points); }, repeats);
+        const double pieces = milliseconds([&] { raw.strokePieces(points); }, repeats);
+        const bool skipOne = quick && count >= 1000000;
+        const double one = skipOne ? 0 : milliseconds([&] { raw.strokeOnePath(points); }, repeats);
+        if (skipOne) {
+            std::printf("%9zu %12.1f %16s %14.1f %14s %14.2f\n", count, ours, "skipped", pieces,
+                        "-", ours / pieces);
+        } else {
+            std::printf("%9zu %12.1f %16.1f %14.1f %14.3f %14.2f\n", count, ours, one, pieces,
+                        ours / one, ours / pieces);
+        }
+        std::fflush(stdout);
+    }
+    return 0;
+}
