@@ -22,6 +22,18 @@ const std::vector<GalleryPageBuilder>& galleryPageBuilders();
 /// Escapes &, <, >, " for HTML text and attributes.
 std::string galleryEscapeHTML(const std::string& text);
 
+class VLXGraphicsContext;
+
+/// Writes what `context` drew into the output folder as `fileName` (a bitmap as PNG, an SVG or
+/// PDF document as its bytes) and returns a <figure> showing it at its size in points, with
+/// `caption` below. A PDF is linked rather than shown.
+std::string galleryFigure(const std::filesystem::path& outputDirectory, const std::string& fileName,
+                          VLXGraphicsContext& context, const std::string& caption);
+
 // Page builders, one file each.
 GalleryPage makeColorPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeFoundationPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeDrawingPage(const std::filesystem::path& outputDirectory);
+GalleryPage makePathsPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeImagesPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeTextPage(const std::filesystem::path& outputDirectory);

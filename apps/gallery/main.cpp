@@ -36,6 +36,9 @@ table.data td { font-family: monospace; white-space: pre-wrap; }
 .columns { display: flex; flex-wrap: wrap; gap: 24px; align-items: flex-start; }
 .key { display: inline-block; width: 12px; height: 12px; border: 1px solid #ccc; }
 svg.figure { background: #fff; border: 1px solid #ddd; }
+figure { display: inline-block; margin: 0 16px 16px 0; vertical-align: top; }
+figure img { border: 1px solid #ddd; background: #fff; }
+figcaption { font-size: 12px; color: #555; max-width: 640px; margin-top: 4px; }
 pre { background: #fff; border: 1px solid #ddd; padding: 8px; font-size: 12px; margin: 0;
       white-space: pre-wrap; word-break: break-all; max-width: 600px; }
 .grouped { background: #f2f2f7; padding: 12px 16px; width: 380px; border-radius: 10px; }
