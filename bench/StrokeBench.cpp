@@ -7,14 +7,20 @@
 
 namespace {
 
-void BM_StrokeAgainstRawPieces(benchmark::State& state) {
+// Strokes the polyline of state.range(0) points with the context against `baseline` of raw cairo.
+void strokeAgainst(benchmark::State& state,
+                   void (polyline::RawCairo::*baseline)(const std::vector<VLXPoint>&)) {
     const auto points = polyline::noisyLine(static_cast<std::size_t>(state.range(0)));
     auto context =
         VLXGraphicsContext::createBitmap(VLXSizeMake(polyline::kWidth, polyline::kHeight), 1);
     polyline::RawCairo raw;
     runAgainstBaseline(
         state, "context", [&] { polyline::strokeWithContext(*context, points); },
-        [&] { raw.strokePieces(points); });
+        [&] { (raw.*baseline)(points); });
+}
+
+void BM_StrokeAgainstRawPieces(benchmark::State& state) {
+    strokeAgainst(state, &polyline::RawCairo::strokePieces);
 }
 BENCHMARK(BM_StrokeAgainstRawPieces)
     ->Arg(10000)
@@ -25,13 +31,7 @@ BENCHMARK(BM_StrokeAgainstRawPieces)
 
 // The one-path baseline; a million points take ~20 s, so that size runs once.
 void BM_StrokeAgainstRawOnePath(benchmark::State& state) {
-    const auto points = polyline::noisyLine(static_cast<std::size_t>(state.range(0)));
-    auto context =
-        VLXGraphicsContext::createBitmap(VLXSizeMake(polyline::kWidth, polyline::kHeight), 1);
-    polyline::RawCairo raw;
-    runAgainstBaseline(
-        state, "context", [&] { polyline::strokeWithContext(*context, points); },
-        [&] { raw.strokeOnePath(points); });
+    strokeAgainst(state, &polyline::RawCairo::strokeOnePath);
 }
 BENCHMARK(BM_StrokeAgainstRawOnePath)
     ->Arg(10000)

@@ -336,7 +336,8 @@ GalleryPage makeDrawingPage(const std::filesystem::path& outputDirectory) {
     auto sample = makeSampleImage();
     body += section("Desaturating and tinting an image",
                     "Left: the image. Middle: drawn, then black filled over it with Saturation — a "
-                    "grey image, its transparent margin still transparent. Right: drawn, then "
+                    "grey image; the blend covers its transparent margin with the black source. "
+                    "Right: drawn, then "
                     "teal filled with SourceAtop — only the image's pixels are coloured.");
     if (sample) {
         auto rounded = [&](VLXGraphicsContext& context) {

@@ -9,20 +9,20 @@
 #include <cstdint>
 #include <limits>
 
+#include "Platform/Graphics/VLXDevicePath.h"
 #include "Platform/Graphics/VLXImage.h"
 #include "Platform/Graphics/VLXPolylineStroker.h"
 #include "Platform/Graphics/VLXShadowBlur.h"
 
 namespace {
 
+using vlx::detail::DevicePath;
+using vlx::detail::Subpath;
 using vlx::detail::VLXPolylineStroker;
 using vlx::detail::VLXShadowBlur;
 
 constexpr double kMaximumPixelsPerSide = 32767;  // cairo's limit for image surfaces
 constexpr double kMaximumPixels = double(1 << 28);
-// Cairo stores coordinates as 24.8 fixed point (±8 million); points beyond this are clamped so
-// that nothing wraps around.
-constexpr double kCoordinateLimit = 1 << 20;
 // A pen wider than this covers any surface cairo can make; wider ones only cost time.
 constexpr double kMaximumDeviceLineWidth = 1 << 20;
 // Shadows blur by at most this many device pixels (sigma); beyond it they are invisible anyway.
@@ -116,10 +116,6 @@ cairo_operator_t operatorFor(VLXBlendMode mode) {
     return CAIRO_OPERATOR_OVER;
 }
 
-bool isFinitePoint(VLXPoint p) {
-    return std::isfinite(p.x) && std::isfinite(p.y);
-}
-
 // Usable for drawing: finite and comfortably invertible, so that cairo never sees a matrix it
 // rejects and pens stay bounded.
 bool isUsableMatrix(const VLXAffineTransform& m) {
@@ -164,176 +160,6 @@ std::vector<double> sanitizedDash(std::span<const double> lengths) {
 cairo_status_t appendToString(void* closure, const unsigned char* data, unsigned int length) {
     static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
     return CAIRO_STATUS_SUCCESS;
-}
-
-enum class PathOp : std::uint8_t { Move, Line, Curve, Close };
-
-// The current path in device coordinates: points are transformed by the CTM (and the pixel
-// scale) as they are added, as the platform does. Every subpath starts with an explicit move.
-struct DevicePath {
-    std::vector<PathOp> ops;
-    std::vector<VLXPoint> points;
-    bool hasCurrentPoint = false;
-    bool needsMove = false;  // after a close, the next segment starts at the subpath's start
-    VLXPoint currentPoint;
-    VLXPoint subpathStart;
-
-    void clear() {
-        ops.clear();
-        points.clear();
-        hasCurrentPoint = false;
-        needsMove = false;
-    }
-
-    void moveTo(VLXPoint p) {
-        if (!ops.empty() && ops.back() == PathOp::Move) {
-            points.back() = p;  // consecutive moves collapse into the last one
-        } else {
-            ops.push_back(PathOp::Move);
-            points.push_back(p);
-        }
-        hasCurrentPoint = true;
-        needsMove = false;
-        currentPoint = subpathStart = p;
-    }
-
-    // A segment without a current point starts a subpath at its first point.
-    bool beginSegment(VLXPoint first) {
-        if (!hasCurrentPoint) {
-            moveTo(first);
-            return false;
-        }
-        if (needsMove) {
-            moveTo(subpathStart);
-        }
-        return true;
-    }
-
-    void lineTo(VLXPoint p) {
-        if (!beginSegment(p)) {
-            return;
-        }
-        ops.push_back(PathOp::Line);
-        points.push_back(p);
-        currentPoint = p;
-    }
-
-    void curveTo(VLXPoint c1, VLXPoint c2, VLXPoint end) {
-        beginSegment(c1);
-        ops.push_back(PathOp::Curve);
-        points.push_back(c1);
-        points.push_back(c2);
-        points.push_back(end);
-        currentPoint = end;
-    }
-
-    void quadTo(VLXPoint control, VLXPoint end) {
-        beginSegment(control);
-        const VLXPoint start = currentPoint;
-        curveTo(VLXPoint{start.x + 2.0 / 3.0 * (control.x - start.x),
-                         start.y + 2.0 / 3.0 * (control.y - start.y)},
-                VLXPoint{end.x + 2.0 / 3.0 * (control.x - end.x),
-                         end.y + 2.0 / 3.0 * (control.y - end.y)},
-                end);
-    }
-
-    void close() {
-        if (!hasCurrentPoint || needsMove) {
-            return;
-        }
-        ops.push_back(PathOp::Close);
-        currentPoint = subpathStart;
-        needsMove = true;
-    }
-};
-
-struct Subpath {
-    std::size_t opBegin = 0, opEnd = 0;
-    std::size_t pointBegin = 0, pointEnd = 0;
-    bool closed = false;
-    bool linesOnly = true;
-    bool finite = true;
-};
-
-std::vector<Subpath> subpathsOf(const DevicePath& path) {
-    std::vector<Subpath> result;
-    std::size_t pointIndex = 0;
-    for (std::size_t i = 0; i < path.ops.size(); ++i) {
-        const PathOp op = path.ops[i];
-        if (op == PathOp::Move) {
-            if (!result.empty()) {
-                result.back().opEnd = i;
-                result.back().pointEnd = pointIndex;
-            }
-            Subpath subpath;
-            subpath.opBegin = i;
-            subpath.pointBegin = pointIndex;
-            result.push_back(subpath);
-        }
-        Subpath& current = result.back();
-        const std::size_t count = op == PathOp::Curve ? 3 : op == PathOp::Close ? 0 : 1;
-        for (std::size_t k = 0; k < count; ++k) {
-            current.finite = current.finite && isFinitePoint(path.points[pointIndex + k]);
-        }
-        pointIndex += count;
-        current.closed = current.closed || op == PathOp::Close;
-        current.linesOnly = current.linesOnly && op != PathOp::Curve;
-    }
-    if (!result.empty()) {
-        result.back().opEnd = path.ops.size();
-        result.back().pointEnd = pointIndex;
-    }
-    return result;
-}
-
-double clampCoordinate(double value) {
-    return std::clamp(value, -kCoordinateLimit, kCoordinateLimit);
-}
-
-void emitSubpath(cairo_t* cr, const DevicePath& path, const Subpath& subpath) {
-    std::size_t p = subpath.pointBegin;
-    for (std::size_t i = subpath.opBegin; i < subpath.opEnd; ++i) {
-        switch (path.ops[i]) {
-            case PathOp::Move:
-                cairo_move_to(cr, clampCoordinate(path.points[p].x),
-                              clampCoordinate(path.points[p].y));
-                p += 1;
-                break;
-            case PathOp::Line:
-                cairo_line_to(cr, clampCoordinate(path.points[p].x),
-                              clampCoordinate(path.points[p].y));
-                p += 1;
-                break;
-            case PathOp::Curve:
-                cairo_curve_to(
-                    cr, clampCoordinate(path.points[p].x), clampCoordinate(path.points[p].y),
-                    clampCoordinate(path.points[p + 1].x), clampCoordinate(path.points[p + 1].y),
-                    clampCoordinate(path.points[p + 2].x), clampCoordinate(path.points[p + 2].y));
-                p += 3;
-                break;
-            case PathOp::Close:
-                cairo_close_path(cr);
-                break;
-        }
-    }
-}
-
-// The polyline points of a lines-only subpath, clamped like every emitted coordinate.
-std::span<const VLXPoint> polylineOf(const DevicePath& path, const Subpath& subpath,
-                                     std::vector<VLXPoint>& scratch) {
-    std::span<const VLXPoint> points{path.points.data() + subpath.pointBegin,
-                                     subpath.pointEnd - subpath.pointBegin};
-    const bool inRange = std::all_of(points.begin(), points.end(), [](VLXPoint p) {
-        return std::fabs(p.x) <= kCoordinateLimit && std::fabs(p.y) <= kCoordinateLimit;
-    });
-    if (inRange) {
-        return points;
-    }
-    scratch.resize(points.size());
-    std::transform(points.begin(), points.end(), scratch.begin(), [](VLXPoint p) {
-        return VLXPoint{clampCoordinate(p.x), clampCoordinate(p.y)};
-    });
-    return scratch;
 }
 
 struct IntRect {
@@ -759,7 +585,8 @@ namespace {
 template <class Create>
 std::shared_ptr<VLXGraphicsContext> makeDocument(VLXSize size, Create create) {
     if (!(std::isfinite(size.width) && std::isfinite(size.height) && size.width > 0 &&
-          size.height > 0 && size.width <= kCoordinateLimit && size.height <= kCoordinateLimit)) {
+          size.height > 0 && size.width <= vlx::detail::kDeviceCoordinateLimit &&
+          size.height <= vlx::detail::kDeviceCoordinateLimit)) {
         return nullptr;
     }
     return create();
