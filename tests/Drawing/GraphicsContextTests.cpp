@@ -309,6 +309,8 @@ TEST(GraphicsContext, BadInputLeavesTheContextUsable) {
     EXPECT_FALSE(makeBitmap(10, kInf));
     EXPECT_FALSE(makeBitmap(10, 10, 0));
     EXPECT_FALSE(makeBitmap(10, 10, kNaN));
+    EXPECT_FALSE(makeBitmap(10, 10, 1e-300));  // a base matrix cairo could not invert
+    EXPECT_FALSE(makeBitmap(1, 1, 2000));
     EXPECT_FALSE(VLXGraphicsContext::createSVG(VLXSizeMake(0, 10)));
     EXPECT_FALSE(VLXGraphicsContext::createPDF(VLXSizeMake(10, kNaN)));
 

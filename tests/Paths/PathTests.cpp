@@ -130,6 +130,11 @@ TEST(Path, DegenerateArcsAndOddInput) {
     path.addArc({1, 1}, 5, 0, kInf, false);
     path.addArc({1, 1}, kInf, 0, 1, false);
     EXPECT_TRUE(path.isEmpty());
+    VLXPath hugeCorner;  // the corner's centre overflows: a line to the tangent point, no curve
+    hugeCorner.moveToPoint({0, 0});
+    hugeCorner.addArcToPoint({10, 0}, {10, 10}, 1.7e308);
+    EXPECT_EQ(hugeCorner.elementCount(), 2u);
+    EXPECT_EQ(hugeCorner.elementTypes()[1], VLXPathElementType::AddLineToPoint);
     VLXPath hugeAngles;  // the difference overflows to −∞: one full turn
     hugeAngles.addArc({0, 0}, 5, 1e308, -1e308, false);
     EXPECT_EQ(hugeAngles.elementCount(), 5u);

@@ -23,6 +23,10 @@ using vlx::detail::VLXShadowBlur;
 
 constexpr double kMaximumPixelsPerSide = 32767;  // cairo's limit for image surfaces
 constexpr double kMaximumPixels = double(1 << 28);
+// Pixels per point outside this range make no sense, and the far ends give cairo base matrices
+// it cannot invert.
+constexpr double kMinimumScale = 1.0 / 1024;
+constexpr double kMaximumScale = 1024;
 // A pen wider than this covers any surface cairo can make; wider ones only cost time.
 constexpr double kMaximumDeviceLineWidth = 1 << 20;
 // Shadows blur by at most this many device pixels (sigma); beyond it they are invisible anyway.
@@ -545,7 +549,7 @@ struct VLXGraphicsContext::Impl {
 std::shared_ptr<VLXGraphicsContext> VLXGraphicsContext::createBitmap(VLXSize size, double scale,
                                                                      bool opaque) {
     if (!(std::isfinite(size.width) && std::isfinite(size.height) && size.width >= 0 &&
-          size.height >= 0 && std::isfinite(scale) && scale > 0)) {
+          size.height >= 0 && scale >= kMinimumScale && scale <= kMaximumScale)) {
         return nullptr;
     }
     // A hair of tolerance so that 10.000000001 points at scale 1 stay 10 pixels.

@@ -106,8 +106,8 @@ class VLXGraphicsContext : public VLXObject {
 public:
     /// A bitmap of ceil(size × scale) pixels (at most 32 767 per side), transparent; an
     /// `opaque` bitmap has no alpha and starts black, as the platform's opaque bitmaps do.
-    /// Nil for negative, NaN or infinite sizes, too many pixels, or a scale that is not finite
-    /// and positive; zero sizes give a valid context without pixels.
+    /// Nil for negative, NaN or infinite sizes, too many pixels, or a scale outside
+    /// 1/1024 … 1024 (NaN included); zero sizes give a valid context without pixels.
     static std::shared_ptr<VLXGraphicsContext> createBitmap(VLXSize size, double scale,
                                                             bool opaque = false);
     /// A one-page SVG or PDF document of `size` points, kept in memory until `documentData()`.

@@ -11,9 +11,10 @@ class VLXImage;
 /// draws into the context on top. One stack per thread.
 
 /// Pushes a new bitmap context of `size` points. `scale` 0 (or any value that is not finite and
-/// positive) means the main screen's scale. A negative, NaN, infinite or too large size pushes
-/// an empty entry, so that begin / end stay paired: the current context is then nil and so is
-/// the image. A zero width or height gives a context without pixels whose image has zero size.
+/// positive) means the main screen's scale. A negative, NaN, infinite or too large size, or a
+/// positive scale outside 1/1024 … 1024, pushes an empty entry, so that begin / end stay paired:
+/// the current context is then nil and so is the image. A zero width or height gives a context
+/// without pixels whose image has zero size.
 void VLXGraphicsBeginImageContextWithOptions(VLXSize size, bool opaque, double scale);
 /// Not opaque, scale 1.
 void VLXGraphicsBeginImageContext(VLXSize size);

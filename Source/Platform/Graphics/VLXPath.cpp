@@ -386,7 +386,8 @@ void VLXPath::addRoundedRect(const VLXRect& rect, double cornerWidth, double cor
 
 void VLXPath::appendArcSegments(VLXPoint center, double radius, double startAngle, double sweep,
                                 const VLXAffineTransform& transform) {
-    if (sweep == 0) {
+    // Tangent arcs of extreme input can work out a NaN sweep; they add no curve.
+    if (sweep == 0 || !std::isfinite(sweep)) {
         return;
     }
     // At most a quarter turn per cubic; the small epsilon keeps an exact quarter turn (whose

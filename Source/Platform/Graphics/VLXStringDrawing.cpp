@@ -376,6 +376,18 @@ double unitComponent(double value) {
     return std::isfinite(value) ? std::clamp(value, 0.0, 1.0) : 0.0;
 }
 
+// Glyphs taller than this many device pixels are not drawn: they cover any surface a context can
+// have, and cairo 1.16 leaks the scaled fonts it fails to make at such sizes.
+constexpr double kMaximumDeviceFontSize = 32768;
+
+// The font's size in device pixels under cairo's current matrix (the larger of both axes).
+double deviceFontSize(cairo_t* cr, double pointSize) {
+    double xx = pointSize, xy = 0, yx = 0, yy = pointSize;
+    cairo_user_to_device_distance(cr, &xx, &xy);
+    cairo_user_to_device_distance(cr, &yx, &yy);
+    return std::max(std::hypot(xx, xy), std::hypot(yx, yy));
+}
+
 void drawText(VLXGraphicsContext& context, std::string_view rawText, const VLXRect& rect,
               unsigned options, const VLXTextAttributes& attributes) {
     if (!context.isValid() || !std::isfinite(rect.origin.x) || !std::isfinite(rect.origin.y)) {
@@ -413,6 +425,9 @@ void drawText(VLXGraphicsContext& context, std::string_view rawText, const VLXRe
     constexpr double kClipMargin = 1e4;
 
     auto paint = [&](cairo_t* cr) {
+        if (!(deviceFontSize(cr, font.pointSize()) <= kMaximumDeviceFontSize)) {
+            return;
+        }
         cairo_save(cr);
         if (clips) {
             cairo_rectangle(cr, rect.origin.x, originY - kClipMargin, request.width,

@@ -60,7 +60,8 @@ void VLXStringDrawAtPoint(VLXGraphicsContext& context, std::string_view text, VL
 /// is no limit) per the paragraph style; the clipping line-break mode clips to the rectangle.
 /// The foreground colour fills the glyphs (colours of the other model draw black); the shadow
 /// attribute becomes the context's shadow while the text draws, and the context's alpha,
-/// blend mode, clip and shadow apply as to any drawing. A non-finite origin draws nothing.
+/// blend mode, clip and shadow apply as to any drawing. A non-finite origin draws nothing, and
+/// neither does text whose glyphs would be taller than 32 768 device pixels.
 void VLXStringDrawWithRect(std::string_view text, const VLXRect& rect, unsigned options,
                            const VLXTextAttributes& attributes = {});
 void VLXStringDrawWithRect(VLXGraphicsContext& context, std::string_view text, const VLXRect& rect,
