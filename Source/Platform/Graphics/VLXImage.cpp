@@ -89,10 +89,8 @@ std::shared_ptr<VLXImage> VLXImage::imageWithPixels(int pixelWidth, int pixelHei
     if (pixelWidth > std::numeric_limits<int>::max() / 4) {
         return nullptr;
     }
-    auto image =
-        VLXMakeShared<VLXImage>(pixelWidth, pixelHeight, std::move(pixels), scale, orientation);
-    image->init();
-    return image;
+    return makeInitialized<VLXImage>(pixelWidth, pixelHeight, std::move(pixels), scale,
+                                     orientation);
 }
 
 std::shared_ptr<VLXImage> VLXImage::imageWithoutPixels(int pixelWidth, int pixelHeight,
@@ -101,10 +99,8 @@ std::shared_ptr<VLXImage> VLXImage::imageWithoutPixels(int pixelWidth, int pixel
         !isValidScale(scale)) {
         return nullptr;
     }
-    auto image = VLXMakeShared<VLXImage>(pixelWidth, pixelHeight, std::vector<std::uint32_t>{},
-                                         scale, VLXImageOrientation::Up);
-    image->init();
-    return image;
+    return makeInitialized<VLXImage>(pixelWidth, pixelHeight, std::vector<std::uint32_t>{}, scale,
+                                     VLXImageOrientation::Up);
 }
 
 std::shared_ptr<VLXImage> VLXImage::imageWithData(std::string_view pngData, double scale) {
