@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <string>
 
+#include <VelmarCoreUI/Color/VLXColorRamp.h>
+#include <VelmarCoreUI/Color/VLXColorUtilities.h>
 #include "BenchRatio.h"
-#include "Color/VLXColorRamp.h"
-#include "Color/VLXColorUtilities.h"
 
 namespace {
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "Core/VLXDateFormats.h"
-#include "Core/VLXDateHelpers.h"
-#include "Platform/Foundation/VLXDateFormatter.h"
-#include "Platform/Foundation/VLXStringFormat.h"
+#include <VelmarCoreUI/Core/VLXDateFormats.h>
+#include <VelmarCoreUI/Core/VLXDateHelpers.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXDateFormatter.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 
 namespace {
 

@@ -4,11 +4,11 @@
 
 #include <optional>
 
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
+#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
+#include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 #include "BenchRatio.h"
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXGraphicsImageContext.h"
-#include "Platform/Views/VLXScreen.h"
-#include "Utilities/VLXImageUtilities.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <numbers>
 #include <vector>
 
+#include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
+#include <VelmarCoreUI/Utilities/VLXValueBoxing.h>
 #include "BenchRatio.h"
-#include "Utilities/VLXBezierPathUtilities.h"
-#include "Utilities/VLXValueBoxing.h"
 
 namespace {
 

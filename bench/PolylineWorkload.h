@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXPath.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
 
 namespace polyline {
 

@@ -8,10 +8,11 @@
 #include <string>
 #include <vector>
 
+#include <VelmarCoreUI/Platform/Graphics/Private/VLXTextEngine.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
+#include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 #include "BenchRatio.h"
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXStringDrawing.h"
-#include "Utilities/VLXFontUtilities.h"
 
 namespace {
 

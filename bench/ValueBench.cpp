@@ -8,9 +8,9 @@
 
 #include "BenchRatio.h"
 
-#include "Platform/Foundation/VLXRecord.h"
-#include "Platform/Foundation/VLXStringFormat.h"
-#include "Platform/Foundation/VLXValue.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "Color/VLXColorRamp.h"
-#include "Color/VLXColorUtilities.h"
+#include <VelmarCoreUI/Color/VLXColorRamp.h>
+#include <VelmarCoreUI/Color/VLXColorUtilities.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include "GalleryPage.h"
-#include "Platform/Foundation/VLXStringFormat.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
 #include "GalleryPage.h"
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXImage.h"
-#include "Platform/Graphics/VLXPath.h"
 
 namespace {
 

@@ -10,22 +10,22 @@
 #include <utility>
 #include <vector>
 
-#include "Core/VLXDateFormats.h"
-#include "Core/VLXDateHelpers.h"
-#include "Core/VLXStringHelpers.h"
+#include <VelmarCoreUI/Core/VLXDateFormats.h>
+#include <VelmarCoreUI/Core/VLXDateHelpers.h>
+#include <VelmarCoreUI/Core/VLXStringHelpers.h>
+#include <VelmarCoreUI/Models/VLXDeviceIdentification.h>
+#include <VelmarCoreUI/Models/VLXTableSection.h>
+#include <VelmarCoreUI/Models/VLXTableSectionRow.h>
+#include <VelmarCoreUI/Platform/Device/VLXDevice.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXTimeZone.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
+#include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
+#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
+#include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>
+#include <VelmarCoreUI/Utilities/VLXValueBoxing.h>
 #include "GalleryPage.h"
-#include "Models/VLXDeviceIdentification.h"
-#include "Models/VLXTableSection.h"
-#include "Models/VLXTableSectionRow.h"
-#include "Platform/Device/VLXDevice.h"
-#include "Platform/Foundation/VLXRecord.h"
-#include "Platform/Foundation/VLXStringFormat.h"
-#include "Platform/Foundation/VLXTimeZone.h"
-#include "Platform/Foundation/VLXValue.h"
-#include "Platform/Graphics/VLXGeometry.h"
-#include "Platform/Views/VLXScreen.h"
-#include "Utilities/VLXGeometryFunctions.h"
-#include "Utilities/VLXValueBoxing.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <fstream>
 
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXImage.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
 
 const std::vector<GalleryPageBuilder>& galleryPageBuilders() {
     static const std::vector<GalleryPageBuilder> builders = {

@@ -8,15 +8,15 @@
 #include <string>
 #include <vector>
 
-#include "Color/VLXColorUtilities.h"
+#include <VelmarCoreUI/Color/VLXColorUtilities.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXNumerics.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXBezierPath.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
+#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
+#include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 #include "GalleryPage.h"
-#include "Platform/Foundation/VLXNumerics.h"
-#include "Platform/Foundation/VLXStringFormat.h"
-#include "Platform/Graphics/VLXBezierPath.h"
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXImage.h"
-#include "Platform/Views/VLXScreen.h"
-#include "Utilities/VLXImageUtilities.h"
 
 namespace {
 

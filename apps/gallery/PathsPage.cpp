@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
+#include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXBezierPath.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
 #include "GalleryPage.h"
-#include "Platform/Foundation/VLXStringFormat.h"
-#include "Platform/Graphics/VLXBezierPath.h"
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Utilities/VLXBezierPathUtilities.h"
 
 namespace {
 

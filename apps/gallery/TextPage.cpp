@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include <VelmarCoreUI/Platform/Graphics/VLXFont.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
+#include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 #include "GalleryPage.h"
-#include "Platform/Graphics/VLXFont.h"
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXStringDrawing.h"
-#include "Utilities/VLXFontUtilities.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <string>
 
+#include <VelmarCoreUI/VelmarCoreUI.h>
 #include "GalleryPage.h"
-#include "VelmarCoreUI.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Color/VLXColorRamp.h"
+#include <VelmarCoreUI/Color/VLXColorRamp.h>
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Color/VLXColorUtilities.h"
+#include <VelmarCoreUI/Color/VLXColorUtilities.h>
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Platform/Graphics/VLXColor.h"
+#include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
 
 #include <gtest/gtest.h>
 

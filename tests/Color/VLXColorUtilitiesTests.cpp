@@ -1,4 +1,4 @@
-#include "Color/VLXColorUtilities.h"
+#include <VelmarCoreUI/Color/VLXColorUtilities.h>
 
 #include <gtest/gtest.h>
 

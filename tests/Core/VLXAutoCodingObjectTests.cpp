@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Core/VLXAutoCodingObject.h"
+#include <VelmarCoreUI/Core/VLXAutoCodingObject.h>
 
 // A model with one property of each kind archives support.
 class CodingTestModel : public VLXAutoCodingObject {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Core/VLXLogger.h"
+#include <VelmarCoreUI/Core/VLXLogger.h>
 
 TEST(VLXLogger, CapturesFormattedRecordsWithTheirSource) {
     VLXLogCapture capture;

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "Core/VLXArrayHelpers.h"
-#include "Core/VLXStringHelpers.h"
-#include "Platform/Foundation/VLXValue.h"
+#include <VelmarCoreUI/Core/VLXArrayHelpers.h>
+#include <VelmarCoreUI/Core/VLXStringHelpers.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
 TEST(VLXStringHelpers, TrimsUnicodeWhitespaceAtBothEndsOnly) {
     const auto trim = [](std::string_view text) {

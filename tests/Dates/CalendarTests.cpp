@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include <VelmarCoreUI/Platform/Foundation/VLXCalendar.h>
 #include "DateTestSupport.h"
-#include "Platform/Foundation/VLXCalendar.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Foundation/VLXDate.h"
-#include "Platform/Foundation/VLXTimeZone.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXDate.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXTimeZone.h>
 
 /// Seconds that have no calendar components: NaN, the infinities, beyond ±1e14.
 inline constexpr double kBadSeconds[] = {std::numeric_limits<double>::quiet_NaN(),

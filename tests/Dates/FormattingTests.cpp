@@ -3,10 +3,10 @@
 #include <cmath>
 #include <string>
 
-#include "Core/VLXDateFormats.h"
+#include <VelmarCoreUI/Core/VLXDateFormats.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXDateFormatter.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include "DateTestSupport.h"
-#include "Platform/Foundation/VLXDateFormatter.h"
-#include "Platform/Foundation/VLXStringFormat.h"
 
 namespace {
 const VLXDate kMonday = at(1615800000);  // 2021-03-15 09:20:00 UTC

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <sstream>
 
-#include "Core/VLXDateFormats.h"
-#include "Core/VLXDateHelpers.h"
+#include <VelmarCoreUI/Core/VLXDateFormats.h>
+#include <VelmarCoreUI/Core/VLXDateHelpers.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include "DateTestSupport.h"
-#include "Platform/Foundation/VLXClock.h"
 
 TEST(DateDescription, UTCTextAndInvalidDates) {
     EXPECT_EQ(at(0).description(), "1970-01-01 00:00:00 +0000");

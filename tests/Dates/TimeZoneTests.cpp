@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string>
 
+#include <VelmarCoreUI/Platform/Foundation/VLXTimeZone.h>
 #include "DateTestSupport.h"
-#include "Platform/Foundation/VLXTimeZone.h"
 
 TEST(TimeZone, NamesResolveOrGiveNil) {
     auto newYork = VLXTimeZone::timeZoneWithName("America/New_York");

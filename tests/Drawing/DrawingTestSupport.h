@@ -6,8 +6,8 @@
 #include <ostream>
 #include <vector>
 
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXImage.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
 
 /// One premultiplied pixel, channels 0…255.
 struct Pixel {

@@ -1,4 +1,4 @@
-#include "Platform/Graphics/VLXGraphicsContext.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Platform/Graphics/VLXImage.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 #include <fstream>
 #include <thread>
 
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
+#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include "DrawingTestSupport.h"
-#include "Platform/Graphics/VLXGraphicsImageContext.h"
-#include "Platform/Views/VLXScreen.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <numbers>
 #include <vector>
 
-#include "Platform/Foundation/VLXValue.h"
-#include "Utilities/VLXGeometryFunctions.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
+#include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>
 
 TEST(GeometryFunctions, SettersStandardiseTheRest) {
     // A negative size is made positive with the origin at the smaller edge.

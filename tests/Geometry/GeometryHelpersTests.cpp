@@ -5,9 +5,9 @@
 #include <numbers>
 #include <sstream>
 
-#include "Platform/Graphics/VLXAffineTransform.h"
-#include "Platform/Graphics/VLXGeometry.h"
-#include "Platform/Graphics/VLXTransform3D.h"
+#include <VelmarCoreUI/Platform/Primitives/VLXAffineTransform.h>
+#include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
+#include <VelmarCoreUI/Platform/Primitives/VLXTransform3D.h>
 
 namespace {
 

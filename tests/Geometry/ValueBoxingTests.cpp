@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Utilities/VLXValueBoxing.h"
+#include <VelmarCoreUI/Utilities/VLXValueBoxing.h>
 
 TEST(ValueBoxing, TypeCodesFollowTheEncoding) {
     EXPECT_EQ(vlx_type(VLXValue(2.5)), VLXValueTypeNumber);

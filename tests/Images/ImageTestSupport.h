@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXImage.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
 
 namespace imagetest {
 

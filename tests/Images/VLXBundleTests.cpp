@@ -1,12 +1,12 @@
-#include "Platform/Foundation/VLXBundle.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXBundle.h>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <fstream>
 
+#include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 #include "ImageTestSupport.h"
-#include "Utilities/VLXImageUtilities.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Platform/Foundation/VLXCache.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXCache.h>
 
 #include <gtest/gtest.h>
 

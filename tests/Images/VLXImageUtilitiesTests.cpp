@@ -1,4 +1,4 @@
-#include "Utilities/VLXImageUtilities.h"
+#include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 
 #include <gtest/gtest.h>
 
@@ -6,9 +6,9 @@
 #include <cmath>
 #include <limits>
 
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
+#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include "ImageTestSupport.h"
-#include "Platform/Graphics/VLXGraphicsImageContext.h"
-#include "Platform/Views/VLXScreen.h"
 
 namespace {
 

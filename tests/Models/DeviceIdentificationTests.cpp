@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "Models/VLXDeviceIdentification.h"
-#include "Platform/Views/VLXScreen.h"
+#include <VelmarCoreUI/Models/VLXDeviceIdentification.h>
+#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 
 namespace {
 

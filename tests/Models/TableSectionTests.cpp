@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Models/VLXTableSection.h"
+#include <VelmarCoreUI/Models/VLXTableSection.h>
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <numbers>
 #include <vector>
 
-#include "Platform/Graphics/VLXBezierPath.h"
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXGraphicsImageContext.h"
-#include "Platform/Graphics/VLXImage.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXBezierPath.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
 
 namespace {
 constexpr double kPi = std::numbers::pi;

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "Utilities/VLXBezierPathUtilities.h"
-#include "Utilities/VLXValueBoxing.h"
+#include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
+#include <VelmarCoreUI/Utilities/VLXValueBoxing.h>
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <vector>
 
-#include "Platform/Graphics/VLXPath.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
 
 namespace {
 

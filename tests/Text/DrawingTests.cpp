@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <limits>
 
-#include "Platform/Graphics/VLXGraphicsContext.h"
-#include "Platform/Graphics/VLXGraphicsImageContext.h"
-#include "Platform/Graphics/VLXImage.h"
-#include "Platform/Graphics/VLXStringDrawing.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
 
 namespace {
 

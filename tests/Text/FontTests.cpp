@@ -4,8 +4,8 @@
 #include <limits>
 #include <sstream>
 
-#include "Platform/Graphics/VLXFont.h"
-#include "Platform/Graphics/VLXStringDrawing.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXFont.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 
-#include "Platform/Graphics/VLXStringDrawing.h"
-#include "Utilities/VLXFontUtilities.h"
+#include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
+#include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 
 TEST(FontUtilities, ContentSizeScale) {
     EXPECT_DOUBLE_EQ(vlx_fontScaleForContentSize(VLXContentSizeCategoryAccessibilityLarge, 12),

@@ -5,8 +5,9 @@
 #include <string>
 #include <thread>
 
-#include "Platform/Graphics/VLXFont.h"
-#include "Platform/Graphics/VLXStringDrawing.h"
+#include <VelmarCoreUI/Platform/Graphics/Private/VLXTextEngine.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXFont.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "Platform/Foundation/VLXKeyValueObject.h"
-#include "Platform/Foundation/VLXObject.h"
-#include "Platform/Foundation/VLXRecord.h"
-#include "Platform/Foundation/VLXValue.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXKeyValueObject.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXObject.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
 namespace {
 // A host object that computes its one property.

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "Platform/Foundation/VLXObject.h"
-#include "Platform/Foundation/VLXValue.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXObject.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
 namespace {
 const char kFirstKey = 0;

@@ -4,9 +4,9 @@
 #include <limits>
 #include <string>
 
-#include "Platform/Foundation/VLXObject.h"
-#include "Platform/Foundation/VLXRecord.h"
-#include "Platform/Foundation/VLXValue.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXObject.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
 TEST(VLXValueJSON, ParsesEveryKindWithTheExpectedEncodings) {
     const VLXValue v = VLXValue::fromJSON(

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "Platform/Foundation/VLXValue.h"
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
 namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();

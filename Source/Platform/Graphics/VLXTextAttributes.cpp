@@ -1,6 +1,0 @@
-#include "Platform/Graphics/VLXTextAttributes.h"
-
-const VLXParagraphStyle& VLXParagraphStyle::defaultParagraphStyle() {
-    static const VLXParagraphStyle style;
-    return style;
-}
