@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, then builds and runs every test twice: in a normal build and under
-# AddressSanitizer + UndefinedBehaviorSanitizer. Fails when either run fails.
+# AddressSanitizer + UndefinedBehaviorSanitizer; between the two it builds and runs the host
+# example against the installed package. Fails when any of them fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 ./scripts/setup.sh
@@ -8,10 +9,15 @@ cd "$(dirname "$0")/.."
 jobs=2
 export CTEST_OUTPUT_ON_FAILURE=1
 
+./scripts/check-layering.sh
+
 echo "== normal build: library, tests, benchmarks, gallery"
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build -j"$jobs"
 ctest --test-dir build -j"$jobs" --timeout 300
+
+echo "== host example: installed package, static and shared, CMake and pkg-config"
+./scripts/test-host.sh build
 
 echo "== sanitizer build: AddressSanitizer + UndefinedBehaviorSanitizer"
 cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DVLX_SANITIZE=ON \

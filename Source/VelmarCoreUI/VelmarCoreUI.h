@@ -17,6 +17,7 @@
 #include <VelmarCoreUI/Models/VLXTableSection.h>
 #include <VelmarCoreUI/Models/VLXTableSectionRow.h>
 #include <VelmarCoreUI/Platform/Device/VLXDevice.h>
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXBundle.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXCache.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXCalendar.h>
@@ -45,7 +46,6 @@
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXTransform3D.h>
 #include <VelmarCoreUI/Platform/Views/VLXContentSizeCategory.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>

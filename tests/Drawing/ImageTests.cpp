@@ -7,8 +7,8 @@
 #include <fstream>
 #include <thread>
 
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include "DrawingTestSupport.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include "ImageTestSupport.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include <VelmarCoreUI/Models/VLXDeviceIdentification.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 
 namespace {
 

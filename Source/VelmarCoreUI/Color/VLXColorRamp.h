@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,7 +29,7 @@ inline constexpr VLXUInteger VLXColorRampMaximumIntervals = 1'000'000;
 ///
 /// The intervals are generated once and cached: changing the stops after `intervals()` has
 /// returned a non-empty list does not change what it returns.
-class VLXColorRamp : public VLXObject {
+class VLX_EXPORT VLXColorRamp : public VLXObject {
 public:
     using Stops = std::vector<std::shared_ptr<VLXColorStop>>;
     using Intervals = std::vector<std::shared_ptr<VLXColorRampInterval>>;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,7 +12,7 @@
 
 /// One entry of a generated colour ramp: a value, its colour and, where the labelling rules
 /// allow, its label. Archived by property name ("value", "label", "labelAlignment", "color").
-class VLXColorRampInterval : public VLXAutoCodingObject {
+class VLX_EXPORT VLXColorRampInterval : public VLXAutoCodingObject {
 public:
     /// Value 0, no label, alignment 0, no colour.
     static std::shared_ptr<VLXColorRampInterval> create();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -9,7 +11,7 @@
 /// A value range of a colour ramp and the interval that applies inside it: the spacing to
 /// which values snap (colour ranges) or at which labels appear (label ranges). A value x is in
 /// the range when x == maxValue or minValue <= x < maxValue.
-class VLXColorRampIntervalRange : public VLXAutoCodingObject {
+class VLX_EXPORT VLXColorRampIntervalRange : public VLXAutoCodingObject {
 public:
     /// All zero, `isEvery` false.
     static std::shared_ptr<VLXColorRampIntervalRange> create();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <limits>
 #include <memory>
 #include <optional>
@@ -15,7 +17,7 @@ inline constexpr double VLXColorStopNilValue = -std::numeric_limits<double>::max
 /// One stop of a colour ramp: a colour at a value, with the number of intermediate steps
 /// between the previous stop and this one. Archived by property name ("color", "alpha",
 /// "totalSteps", "value", "labelValue").
-class VLXColorStop : public VLXAutoCodingObject {
+class VLX_EXPORT VLXColorStop : public VLXAutoCodingObject {
 public:
     /// A stop with no colour, alpha 1, no steps, the value `VLXColorStopNilValue`, no label.
     static std::shared_ptr<VLXColorStop> create();

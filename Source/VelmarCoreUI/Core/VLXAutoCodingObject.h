@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -38,7 +40,7 @@ struct VLXValueCoding;
 ///
 /// Restoring never throws and never leaves a property half-set: a
 /// property whose archived value has the wrong shape keeps its value.
-class VLXAutoCodingObject : public VLXObject, public VLXKeyValueObject {
+class VLX_EXPORT VLXAutoCodingObject : public VLXObject, public VLXKeyValueObject {
 public:
     struct Property {
         std::string name;
@@ -98,7 +100,7 @@ public:
     /// objects otherwise restore as the property's declared class).
     template <class T>
     static void registerClass() {
-        registerClass<T>(vlx::detail::readableTypeName(typeid(T)));
+        registerClass<T>(VLXReadableTypeName(typeid(T)));
     }
     /// The same under an explicit name, for classes that override `className()`.
     template <class T>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstdarg>
 #include <functional>
 #include <memory>
@@ -18,7 +20,7 @@ enum class VLXLogLevel : int {
 };
 
 /// One logged message with where it came from.
-struct VLXLogRecord {
+struct VLX_EXPORT VLXLogRecord {
     int level = 0;
     std::string file;      ///< source path as the caller gave it ("Source/Graphing/VLXGraphView")
     std::string function;  ///< "-[VLXGraphView renderGraph]"-style text
@@ -28,7 +30,7 @@ struct VLXLogRecord {
 
 /// The toolkit's logger: printf-style messages with a level and a source position, delivered to
 /// one replaceable sink. Records below the minimum level are dropped before formatting.
-class VLXLogger {
+class VLX_EXPORT VLXLogger {
 public:
     using Sink = std::function<void(const VLXLogRecord&)>;
 
@@ -62,7 +64,7 @@ public:
 
 /// Collects every record logged while it lives (at any level unless told otherwise), then
 /// puts back the previous sink and minimum level. Meant for tests.
-class VLXLogCapture {
+class VLX_EXPORT VLXLogCapture {
 public:
     explicit VLXLogCapture(VLXLogLevel minimumLevel = VLXLogLevel::Verbose);
     ~VLXLogCapture();

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 
 namespace {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <string>
 
 #include <VelmarCoreUI/Platform/Device/VLXDevice.h>
@@ -53,23 +55,23 @@ enum VLXDeviceFamily : VLXUInteger {
 
 /// The raw model identifier, `getSysInfoByName("hw.machine")` ("iPhone7,2"; on a simulator or
 /// a desktop the processor name, such as "x86_64").
-std::string vlx_modelIdentifier(const VLXDevice& device);
+VLX_EXPORT std::string vlx_modelIdentifier(const VLXDevice& device);
 
 /// The human-readable model name ("iPhone 6"). Identifiers without a name entry that end with
 /// "86" or are "x86_64" are simulators: "iPhone Simulator" when the main screen is narrower
 /// than 768 points, else "iPad Simulator" (a NaN width counts as wide). Any other identifier is
 /// returned as it is ("iPad4,3" and the watches have no entry of their own).
-std::string vlx_modelName(const VLXDevice& device);
+VLX_EXPORT std::string vlx_modelName(const VLXDevice& device);
 
 /// The generation of the identifier, or 0 when it is not listed. Only the literal identifiers
 /// "86" and "x86_64" give the simulator value, so a 32-bit simulator ("i386") is unknown here
 /// although `vlx_modelName` calls it a simulator.
-VLXDevicePlatform vlx_devicePlatform(const VLXDevice& device);
+VLX_EXPORT VLXDevicePlatform vlx_devicePlatform(const VLXDevice& device);
 
 /// The family by prefix, tested in the order "iPhone", "iPod", "iPad", "Watch", "AppleTV";
 /// anything else (simulators included) is unknown.
-VLXDeviceFamily vlx_deviceFamily(const VLXDevice& device);
+VLX_EXPORT VLXDeviceFamily vlx_deviceFamily(const VLXDevice& device);
 
 /// True when the device's platform value is strictly greater than `platform`; an unknown
 /// device is never more recent.
-bool vlx_isMoreRecentThanPlatform(const VLXDevice& device, VLXDevicePlatform platform);
+VLX_EXPORT bool vlx_isMoreRecentThanPlatform(const VLXDevice& device, VLXDevicePlatform platform);

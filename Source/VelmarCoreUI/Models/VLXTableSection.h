@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,7 +17,7 @@
 /// Archived properties, in order: "title", "footerTitle", "mutableRows" (an array of row
 /// archives), so a section with its rows round-trips through `archivedJSON` /
 /// `restoreFromJSON`.
-class VLXTableSection : public VLXAutoCodingObject {
+class VLX_EXPORT VLXTableSection : public VLXAutoCodingObject {
 public:
     using Rows = std::vector<std::shared_ptr<VLXTableSectionRow>>;
 

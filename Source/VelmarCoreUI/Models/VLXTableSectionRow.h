@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -14,7 +16,7 @@
 ///
 /// Archived properties, in order: "title", "value", "cellIdentifier". Equality is identity (the
 /// base class's), so a section removes exactly the row objects it was given.
-class VLXTableSectionRow : public VLXAutoCodingObject {
+class VLX_EXPORT VLXTableSectionRow : public VLXAutoCodingObject {
 public:
     static std::shared_ptr<VLXTableSectionRow> create();
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <span>
 #include <vector>
 
@@ -23,22 +25,25 @@ inline constexpr std::size_t VLXArrowPointCount = 7;
 
 /// Writes the seven points of the axis-aligned arrow of `length` into `points[0 … 6]`. A buffer
 /// smaller than seven points is left untouched (nothing is written).
-void vlx_getAxisAlignedArrowPoints(std::span<VLXPoint> points, double length, double tailWidth,
-                                   double headWidth, double headLength);
+VLX_EXPORT void vlx_getAxisAlignedArrowPoints(std::span<VLXPoint> points, double length,
+                                              double tailWidth, double headWidth,
+                                              double headLength);
 
 /// Fills `points` with the arrow from `start` to `end`: the seven axis-aligned points are
 /// written, then the first `count` entries are turned and moved in place (x′ = start.x +
 /// (c·x − s·y), y′ = start.y + (s·x + c·y), with c and s the direction's cosine and sine).
 /// `count` is clamped to the buffer's size, so entries after the seventh are mapped in place as
 /// they were. A buffer smaller than seven points is left untouched.
-void vlx_pointsForArrowFromPoint(VLXPoint start, VLXPoint end, double tailWidth, double headWidth,
-                                 double headLength, std::span<VLXPoint> points, VLXUInteger count);
+VLX_EXPORT void vlx_pointsForArrowFromPoint(VLXPoint start, VLXPoint end, double tailWidth,
+                                            double headWidth, double headLength,
+                                            std::span<VLXPoint> points, VLXUInteger count);
 
 /// A new closed path of the arrow from `start` to `end` (move, six lines, close), with default
 /// drawing attributes. The points are the axis-aligned ones under the affine transform
 /// [c, s, −s, c, start.x, start.y].
-VLXBezierPath vlx_bezierPathWithArrowFromPoint(VLXPoint start, VLXPoint end, double tailWidth,
-                                               double headWidth, double headLength);
+VLX_EXPORT VLXBezierPath vlx_bezierPathWithArrowFromPoint(VLXPoint start, VLXPoint end,
+                                                          double tailWidth, double headWidth,
+                                                          double headLength);
 
 /// Largest granularity `vlx_smoothedPathWithGranularity` uses; larger values are clamped.
 inline constexpr VLXInteger VLXSmoothingMaximumGranularity = 10000;
@@ -63,13 +68,14 @@ inline constexpr VLXUInteger VLXSmoothingMaximumInterpolatedPoints = 20'000'000;
 /// straight lines. Granularities above `VLXSmoothingMaximumGranularity` are clamped, and the
 /// granularity is lowered further when the output would exceed
 /// `VLXSmoothingMaximumInterpolatedPoints`.
-VLXBezierPath vlx_smoothedPathWithGranularity(const VLXBezierPath& path, VLXInteger granularity);
+VLX_EXPORT VLXBezierPath vlx_smoothedPathWithGranularity(const VLXBezierPath& path,
+                                                         VLXInteger granularity);
 
 /// The points of `path`'s elements in order, boxed (`vlx_valueWithPoint`): one for a move or
 /// line, two for a quadratic curve (control, end), three for a cubic (both controls, end),
 /// none for a close.
-std::vector<VLXValue> pointsFromBezierPath(const VLXBezierPath& path);
+VLX_EXPORT std::vector<VLXValue> pointsFromBezierPath(const VLXBezierPath& path);
 
 /// The element visitor behind `pointsFromBezierPath`: appends `element`'s points, boxed, to
 /// `points`. A close (or an element without a point array) appends nothing.
-void getPointsFromBezier(std::vector<VLXValue>& points, const VLXPathElement& element);
+VLX_EXPORT void getPointsFromBezier(std::vector<VLXValue>& points, const VLXPathElement& element);

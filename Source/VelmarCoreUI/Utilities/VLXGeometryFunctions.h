@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <vector>
 
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
@@ -15,58 +17,58 @@ class VLXValue;
 /// Only the two centring functions round; nothing else does.
 
 /// (0, 0, size.width, size.height).
-VLXRect VLXRectMakeFromSize(VLXSize size);
+VLX_EXPORT VLXRect VLXRectMakeFromSize(VLXSize size);
 /// (x, minY, width, height).
-VLXRect VLXRectSetOriginX(VLXRect r, double x);
+VLX_EXPORT VLXRect VLXRectSetOriginX(VLXRect r, double x);
 /// (minX, y, width, height).
-VLXRect VLXRectSetOriginY(VLXRect r, double y);
+VLX_EXPORT VLXRect VLXRectSetOriginY(VLXRect r, double y);
 /// (origin.x, origin.y, width, height).
-VLXRect VLXRectSetOrigin(VLXRect r, VLXPoint origin);
+VLX_EXPORT VLXRect VLXRectSetOrigin(VLXRect r, VLXPoint origin);
 /// Moves the rectangle so its right edge is at `maxX`: (maxX − width, minY, width, height).
-VLXRect VLXRectSetMaxX(VLXRect r, double maxX);
+VLX_EXPORT VLXRect VLXRectSetMaxX(VLXRect r, double maxX);
 /// Moves the rectangle so its bottom edge is at `maxY`: (minX, maxY − height, width, height).
-VLXRect VLXRectSetMaxY(VLXRect r, double maxY);
+VLX_EXPORT VLXRect VLXRectSetMaxY(VLXRect r, double maxY);
 /// Centres the rectangle horizontally on `centerX`. The new x is computed in double, then
 /// rounded in single precision with halves away from zero (so above 2^24 it loses precision);
 /// NaN stays NaN and values beyond the float range become ±infinity.
-VLXRect VLXRectSetCenterX(VLXRect r, double centerX);
+VLX_EXPORT VLXRect VLXRectSetCenterX(VLXRect r, double centerX);
 /// The vertical counterpart of `VLXRectSetCenterX`, with the same single-precision rounding.
-VLXRect VLXRectSetCenterY(VLXRect r, double centerY);
+VLX_EXPORT VLXRect VLXRectSetCenterY(VLXRect r, double centerY);
 /// (minX, minY, width, height) with the width as given.
-VLXRect VLXRectSetWidth(VLXRect r, double width);
+VLX_EXPORT VLXRect VLXRectSetWidth(VLXRect r, double width);
 /// (minX, minY, width, height) with the height as given.
-VLXRect VLXRectSetHeight(VLXRect r, double height);
+VLX_EXPORT VLXRect VLXRectSetHeight(VLXRect r, double height);
 /// (minX, minY, size.width, size.height).
-VLXRect VLXRectSetSize(VLXRect r, VLXSize size);
+VLX_EXPORT VLXRect VLXRectSetSize(VLXRect r, VLXSize size);
 /// Grows the width by `amount` (negative shrinks) towards the right edge, or equally on both
 /// sides when `centered`.
-VLXRect VLXRectStretchWidth(VLXRect r, double amount, bool centered);
+VLX_EXPORT VLXRect VLXRectStretchWidth(VLXRect r, double amount, bool centered);
 /// Grows the height by `amount` towards the bottom edge, or equally on both sides when
 /// `centered`.
-VLXRect VLXRectStretchHeight(VLXRect r, double amount, bool centered);
+VLX_EXPORT VLXRect VLXRectStretchHeight(VLXRect r, double amount, bool centered);
 /// (minX + dx, minY, width, height).
-VLXRect VLXRectShiftOriginX(VLXRect r, double dx);
+VLX_EXPORT VLXRect VLXRectShiftOriginX(VLXRect r, double dx);
 /// (minX, minY + dy, width, height).
-VLXRect VLXRectShiftOriginY(VLXRect r, double dy);
+VLX_EXPORT VLXRect VLXRectShiftOriginY(VLXRect r, double dy);
 /// The rectangle's size centred in `container`, unrounded. A rectangle larger than its
 /// container starts before the container's origin.
-VLXRect VLXRectCenteredInRect(VLXRect r, VLXRect container);
+VLX_EXPORT VLXRect VLXRectCenteredInRect(VLXRect r, VLXRect container);
 /// (p1.x, p1.y, p2.x − p1.x, p2.y − p1.y), not standardised: p2 left of p1 gives a negative
 /// width.
-VLXRect VLXRectFromPoints(VLXPoint p1, VLXPoint p2);
+VLX_EXPORT VLXRect VLXRectFromPoints(VLXPoint p1, VLXPoint p2);
 
 /// The point halfway between `a` and `b`.
-VLXPoint CGPointGetMidpoint(VLXPoint a, VLXPoint b);
+VLX_EXPORT VLXPoint CGPointGetMidpoint(VLXPoint a, VLXPoint b);
 /// The mean of the boxed points, summed in order. Each element is read with `pointValue()`, so
 /// an element that boxes no point counts as (0, 0). An empty array divides 0 by 0 and gives
 /// (NaN, NaN).
-VLXPoint CGPointCentroidOfPoints(const std::vector<VLXValue>& points);
+VLX_EXPORT VLXPoint CGPointCentroidOfPoints(const std::vector<VLXValue>& points);
 /// The same for plain points.
-VLXPoint CGPointCentroidOfPoints(const std::vector<VLXPoint>& points);
+VLX_EXPORT VLXPoint CGPointCentroidOfPoints(const std::vector<VLXPoint>& points);
 /// The direction from `from` to `to` in radians, in [0, 2π): atan2 of the differences, plus 2π
 /// when negative (a tiny negative angle may round up to exactly 2π). NaN in gives NaN. With y
 /// growing downward, angles turn clockwise on screen (a point straight above gives 3π/2). Equal
 /// points give 0.
-double VLXPointGetAngle(VLXPoint from, VLXPoint to);
+VLX_EXPORT double VLXPointGetAngle(VLXPoint from, VLXPoint to);
 /// The Euclidean distance between `a` and `b`.
-double CGPointGetDistance(VLXPoint a, VLXPoint b);
+VLX_EXPORT double CGPointGetDistance(VLXPoint a, VLXPoint b);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,7 +29,7 @@ using VLXImageCache = VLXCache<std::string, std::shared_ptr<VLXImage>>;
 
 /// The shared cache of drawn images: made on first use, kept for the life of the process, safe
 /// to use from several threads. It has no limits unless the host sets them.
-std::shared_ptr<VLXImageCache> drawingCache();
+VLX_EXPORT std::shared_ptr<VLXImageCache> drawingCache();
 
 /// Drawing code run with an image context current.
 using VLXImageDrawing = std::function<void()>;
@@ -36,28 +38,30 @@ using VLXImageDrawing = std::function<void()>;
 /// and not caching it. The text is split at its last ".": the part before is the resource name,
 /// the part after its type ("icon" without a dot looks for a file "icon"). Nil when the bundle
 /// has no such file or it is not a readable PNG.
-std::shared_ptr<VLXImage> vlx_uncachedImageNamed(std::string_view fileNameWithExtension);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_uncachedImageNamed(std::string_view fileNameWithExtension);
 
 /// Begins an image context of `size` points (not opaque, the main screen's scale), runs
 /// `drawing` when it is given, and returns what was drawn. An empty `drawing` gives a
 /// transparent image; a zero width or height an image of zero size; a size the image context
 /// refuses gives nil without running `drawing` (it would have no context to draw into).
-std::shared_ptr<VLXImage> vlx_imageWithSize(VLXSize size, const VLXImageDrawing& drawing);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_imageWithSize(VLXSize size,
+                                                       const VLXImageDrawing& drawing);
 
 /// The image cached under `identifier`; when there is none, `vlx_imageWithSize(size, drawing)`,
 /// stored under `identifier` when it gave an image. A nil identifier finds nothing and stores
 /// nothing, so the image is drawn on every call.
-std::shared_ptr<VLXImage> vlx_imageWithIdentifier(const std::optional<std::string>& identifier,
-                                                  VLXSize size, const VLXImageDrawing& drawing);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_imageWithIdentifier(
+    const std::optional<std::string>& identifier, VLXSize size, const VLXImageDrawing& drawing);
 /// The image cached under `identifier`, or nil (always nil for a nil identifier).
-std::shared_ptr<VLXImage> vlx_imageWithIdentifier(const std::optional<std::string>& identifier);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_imageWithIdentifier(
+    const std::optional<std::string>& identifier);
 /// Stores `image` under `identifier`, replacing what was there; nothing when either is nil.
-void vlx_cacheImage(const std::shared_ptr<VLXImage>& image,
-                    const std::optional<std::string>& identifier);
+VLX_EXPORT void vlx_cacheImage(const std::shared_ptr<VLXImage>& image,
+                               const std::optional<std::string>& identifier);
 /// Removes the image cached under `identifier` (nothing for nil).
-void vlx_removeImageWithIdentifier(const std::optional<std::string>& identifier);
+VLX_EXPORT void vlx_removeImageWithIdentifier(const std::optional<std::string>& identifier);
 /// Empties the drawing cache.
-void vlx_removeAllImages();
+VLX_EXPORT void vlx_removeAllImages();
 
 // --- icons -------------------------------------------------------------------------------------
 
@@ -73,16 +77,16 @@ enum : VLXUInteger {
 /// saturate) and the colour's `vlx_hexValue` (six digits without alpha, so colours that differ
 /// only in alpha share identifiers; "" for colours of another model). A nil colour prints as
 /// "(null)": "VLXIcon_play_20x30_(null)". Nil for an unknown type.
-std::optional<std::string> vlx_identifierForIcon(VLXUInteger type, VLXSize size,
-                                                 const std::optional<VLXColor>& color);
+VLX_EXPORT std::optional<std::string> vlx_identifierForIcon(VLXUInteger type, VLXSize size,
+                                                            const std::optional<VLXColor>& color);
 
 /// The size the icon is drawn at: 20 × 30 for play, 30 × 30 for stop, zero for unknown types.
-VLXSize vlx_defaultSizeForIcon(VLXUInteger type);
+VLX_EXPORT VLXSize vlx_defaultSizeForIcon(VLXUInteger type);
 
 /// Draws the icon at its default size into the current context with the context's fill colour:
 /// play fills the closed triangle (0, 0) → (0, 30) → (20, 15) (miter limit 4), stop fills the
 /// rectangle (0, 0, 30, 30). Nothing for unknown types or without a current context.
-void vlx_drawIcon(VLXUInteger type);
+VLX_EXPORT void vlx_drawIcon(VLXUInteger type);
 
 /// The icon at `size`, tinted with `color` when one is given.
 ///
@@ -93,35 +97,36 @@ void vlx_drawIcon(VLXUInteger type);
 /// coloured images. An unknown type has a nil identifier: nothing is cached, the drawing is an
 /// image of zero size, and for a non-zero `size` the result is a transparent image of that size.
 /// Nil when `size` is one an image context refuses.
-std::shared_ptr<VLXImage> vlx_iconWithType(VLXUInteger type, VLXSize size,
-                                           const std::optional<VLXColor>& color);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_iconWithType(VLXUInteger type, VLXSize size,
+                                                      const std::optional<VLXColor>& color);
 /// The icon `width` wide, its height keeping the default proportions: roundf(default height ×
 /// (width ÷ default width)) in single precision (the stop icon at width 15 is 15 high).
 /// Unknown types (zero default size) give a NaN height and so a nil image.
-std::shared_ptr<VLXImage> vlx_iconWithTypeWidth(VLXUInteger type, double width,
-                                                const std::optional<VLXColor>& color);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_iconWithTypeWidth(VLXUInteger type, double width,
+                                                           const std::optional<VLXColor>& color);
 /// The icon `height` high, width roundf(default width × (height ÷ default height)) in single
 /// precision (the play icon at height 15 is 10 wide).
-std::shared_ptr<VLXImage> vlx_iconWithTypeHeight(VLXUInteger type, double height,
-                                                 const std::optional<VLXColor>& color);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_iconWithTypeHeight(VLXUInteger type, double height,
+                                                            const std::optional<VLXColor>& color);
 
 // --- adjustments ---------------------------------------------------------------------------------
 
 /// The image drawn into (0, 0, size) of a new image of `size` points at the image's own scale
 /// (stretched, not cropped). Nil for sizes an image context refuses.
-std::shared_ptr<VLXImage> vlx_imageScaledToSize(const VLXImage& image, VLXSize size);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_imageScaledToSize(const VLXImage& image, VLXSize size);
 
 /// The image with its colours replaced by greys of the same luminosity: black filled over the
 /// whole image with the saturation blend mode (luminosity 0.3 R + 0.59 G + 0.11 B, as PDF
 /// blending defines it). A blend mode covers source and destination, so the result is opaque:
 /// transparent areas turn black and half-transparent ones darker, as on the platform. Same
 /// size and scale as the image, orientation up.
-std::shared_ptr<VLXImage> vlx_desaturatedImage(const VLXImage& image);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_desaturatedImage(const VLXImage& image);
 
 /// The image with `color` filled over it with the source-atop blend mode: opaque pixels take
 /// the colour (mixed by its alpha), transparent ones stay transparent, partly transparent ones
 /// keep their alpha. Same size and scale as the image, orientation up.
-std::shared_ptr<VLXImage> vlx_imageTintedWithColor(const VLXImage& image, const VLXColor& color);
+VLX_EXPORT std::shared_ptr<VLXImage> vlx_imageTintedWithColor(const VLXImage& image,
+                                                              const VLXColor& color);
 
 /// The mean colour of the image, read from the image drawn into a single pixel.
 ///
@@ -130,4 +135,4 @@ std::shared_ptr<VLXImage> vlx_imageTintedWithColor(const VLXImage& image, const 
 /// by the alpha once more, so a half-transparent white averages to (0.25, 0.25, 0.25, 0.5).
 /// When A = 0 (a fully transparent or empty image) it is (R, G, B) ÷ 255 with alpha 0.
 /// Every pixel counts equally, whatever the image's size.
-VLXColor vlx_averageColor(const VLXImage& image);
+VLX_EXPORT VLXColor vlx_averageColor(const VLXImage& image);

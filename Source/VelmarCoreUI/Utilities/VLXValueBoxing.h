@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <VelmarCoreUI/Platform/Foundation/VLXTypes.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
@@ -17,16 +19,16 @@ enum VLXValueType : VLXInteger {
 /// The kind code of `value`: its `objCType()` compared as a whole string with the encodings
 /// above, numbers first in the listed order. Booleans and chars ("c", "C"), ranges, strings and
 /// other objects ("@") are unknown, and so is nil, whose encoding is empty.
-VLXValueType vlx_type(const VLXValue& value);
+VLX_EXPORT VLXValueType vlx_type(const VLXValue& value);
 
 // Unboxing; the zero value when `value` boxes something else (nil included).
-VLXRect vlx_rectValue(const VLXValue& value);
-VLXSize vlx_sizeValue(const VLXValue& value);
-VLXPoint vlx_pointValue(const VLXValue& value);
-VLXAffineTransform vlx_affineTransformValue(const VLXValue& value);
+VLX_EXPORT VLXRect vlx_rectValue(const VLXValue& value);
+VLX_EXPORT VLXSize vlx_sizeValue(const VLXValue& value);
+VLX_EXPORT VLXPoint vlx_pointValue(const VLXValue& value);
+VLX_EXPORT VLXAffineTransform vlx_affineTransformValue(const VLXValue& value);
 
 // Boxing, with the platform's type encodings.
-VLXValue vlx_valueWithRect(VLXRect rect);
-VLXValue vlx_valueWithPoint(VLXPoint point);
-VLXValue vlx_valueWithSize(VLXSize size);
-VLXValue vlx_valueWithAffineTransform(VLXAffineTransform transform);
+VLX_EXPORT VLXValue vlx_valueWithRect(VLXRect rect);
+VLX_EXPORT VLXValue vlx_valueWithPoint(VLXPoint point);
+VLX_EXPORT VLXValue vlx_valueWithSize(VLXSize size);
+VLX_EXPORT VLXValue vlx_valueWithAffineTransform(VLXAffineTransform transform);

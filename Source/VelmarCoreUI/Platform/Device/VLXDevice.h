@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,7 +13,7 @@
 /// The hardware model identifier ("iPhone7,2", "x86_64" …) comes from a replaceable source so
 /// that hosts can report the device they stand for and tests can pose as any model. The default
 /// source is the kernel's machine name (`uname().machine`).
-class VLXDevice : public VLXObject {
+class VLX_EXPORT VLXDevice : public VLXObject {
 public:
     using ModelIdentifierSource = std::function<std::string()>;
 
@@ -45,7 +47,7 @@ protected:
 ///
 ///     VLXScopedModelIdentifier pose("iPhone7,2");
 ///     EXPECT_EQ(vlx_modelName(*VLXDevice::currentDevice()), "iPhone 6");
-class VLXScopedModelIdentifier {
+class VLX_EXPORT VLXScopedModelIdentifier {
 public:
     explicit VLXScopedModelIdentifier(std::string identifier);
     ~VLXScopedModelIdentifier();

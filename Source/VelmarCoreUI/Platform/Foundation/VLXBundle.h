@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -13,7 +15,7 @@
 /// There is no application package on the host, so the main bundle is a plain folder: the one
 /// named by the environment variable `VLX_RESOURCE_PATH` when it is set and not empty, else the
 /// folder "Resources" beside the running executable. Lookups never leave the folder.
-class VLXBundle : public VLXObject {
+class VLX_EXPORT VLXBundle : public VLXObject {
 public:
     /// The application's resource bundle. The folder is resolved again on every call (reading
     /// the environment costs next to nothing), so a host or a test may point

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -14,7 +16,7 @@ inline constexpr VLXInteger VLXUndefinedDateComponent = INT64_MAX;
 
 /// The calendar fields of a date. Every field is optional: a date's components fill all of
 /// them; when building or shifting a date, empty fields are left out.
-struct VLXDateComponents {
+struct VLX_EXPORT VLXDateComponents {
     std::optional<VLXInteger> year;        ///< astronomical numbering: 0 is 1 BC, -1 is 2 BC
     std::optional<VLXInteger> month;       ///< 1 = January … 12 = December
     std::optional<VLXInteger> day;         ///< day of the month, from 1
@@ -43,7 +45,7 @@ enum class VLXCalendarUnit { Year, Month, Day, Hour, Minute, Second, Nanosecond,
 ///
 /// Dates outside the calendar range (VLXDate::isInCalendarRange) have no components: functions
 /// returning optionals return nil for them, `component` returns VLXUndefinedDateComponent.
-class VLXCalendar {
+class VLX_EXPORT VLXCalendar {
 public:
     /// In the system time zone (as it is now).
     VLXCalendar();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 /// Media time, in seconds, for animations, timers and the run loop.
 ///
 /// Real by default: a steady (monotonic) clock counted from process start, unaffected by changes
@@ -7,7 +9,7 @@
 /// everything driven by the clock is deterministic and nothing has to sleep.
 ///
 /// Main thread only, like everything that reads it.
-class VLXClock {
+class VLX_EXPORT VLXClock {
 public:
     /// The current media time.
     static double now();

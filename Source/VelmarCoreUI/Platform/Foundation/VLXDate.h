@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <compare>
 #include <iosfwd>
 #include <string>
@@ -8,7 +10,7 @@
 
 /// A point in time: seconds since 1970-01-01 00:00:00 UTC, as a double. Calendar arithmetic,
 /// components and formatting live in VLXCalendar and VLXDateFormatter.
-class VLXDate {
+class VLX_EXPORT VLXDate {
 public:
     constexpr VLXDate() = default;  ///< 1970-01-01 00:00:00 UTC
 
@@ -63,4 +65,4 @@ private:
 };
 
 /// Writes `date.description()`.
-std::ostream& operator<<(std::ostream& os, const VLXDate& date);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXDate& date);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -20,7 +22,7 @@
 /// live in a process-wide cache keyed by (pattern, zone, locale), so a new VLXDateFormatter or
 /// a one-off `stringFromDateWithFormat` costs no ICU construction once the key has been seen.
 /// Strings are UTF-8 both ways.
-class VLXDateFormatter {
+class VLX_EXPORT VLXDateFormatter {
 public:
     static constexpr std::string_view kDefaultLocaleIdentifier = "en_US_POSIX";
 

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <string_view>
 
 class VLXValue;
 
 /// What a host data object implements so that key-value lookup (`VLXValue::valueForKey`,
 /// series items reading x and y by property name) can read it.
-class VLXKeyValueObject {
+class VLX_EXPORT VLXKeyValueObject {
 public:
     virtual ~VLXKeyValueObject() = default;
     /// True when the object has a property of exactly this name.

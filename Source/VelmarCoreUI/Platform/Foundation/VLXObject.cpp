@@ -27,7 +27,7 @@ std::shared_ptr<VLXObject> VLXObject::create() {
 }
 
 std::string VLXObject::className() const {
-    return vlx::detail::readableTypeName(typeid(*this));
+    return VLXReadableTypeName(typeid(*this));
 }
 
 std::string VLXObject::description() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <atomic>
 #include <cstddef>
 #include <memory>
@@ -18,7 +20,7 @@ enum class VLXAssociationPolicy {
 /// Root of the reference types. Instances live in `std::shared_ptr` and are made by each class's
 /// static `create(...)`, which runs the virtual initialiser chain after construction so that
 /// overrides of the most-derived class take part and `shared_from_this()` already works.
-class VLXObject : public std::enable_shared_from_this<VLXObject> {
+class VLX_EXPORT VLXObject : public std::enable_shared_from_this<VLXObject> {
 public:
     virtual ~VLXObject();
     VLXObject(const VLXObject&) = delete;

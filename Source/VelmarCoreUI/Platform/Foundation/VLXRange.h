@@ -1,9 +1,11 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <VelmarCoreUI/Platform/Foundation/VLXTypes.h>
 
 /// A run of indexes: `location` and `length`, both unsigned.
-struct VLXRange {
+struct VLX_EXPORT VLXRange {
     VLXUInteger location = 0;
     VLXUInteger length = 0;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -15,7 +17,7 @@
 /// series: `VLXRecord::create({{"date", VLXDate…}, {"value", 12.5}})`. Lookup is a linear scan
 /// of the fields, which beats hashing for the handful of fields a data point has. When a name
 /// appears twice in the initial fields, the first one is found.
-class VLXRecord : public VLXObject, public VLXKeyValueObject {
+class VLX_EXPORT VLXRecord : public VLXObject, public VLXKeyValueObject {
 public:
     using Field = std::pair<std::string, VLXValue>;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -15,8 +17,8 @@ class VLXTimeZone;
 namespace vlx::detail {
 struct TimeZoneData;
 /// The ICU zone behind `zone`, as `const icu::TimeZone*`. Typed void so that this header stays
-/// free of ICU; only the date layer's .cpp files call it, and they clone what they keep. Valid
-/// while `zone` (or a copy) lives.
+/// free of ICU; only the date layer's .cpp files call it (it is not exported), and they clone
+/// what they keep. Valid while `zone` (or a copy) lives.
 const void* icuTimeZone(const VLXTimeZone& zone);
 }  // namespace vlx::detail
 
@@ -24,7 +26,7 @@ const void* icuTimeZone(const VLXTimeZone& zone);
 /// ("GMT+0530"), backed by ICU's zone data. A small value: copies share the same immutable
 /// zone, so passing zones around is as cheap as passing a shared pointer. Two zones are equal
 /// when their names are equal ("UTC" and "GMT" are different names, hence different zones).
-class VLXTimeZone {
+class VLX_EXPORT VLXTimeZone {
 public:
     /// UTC.
     VLXTimeZone();
@@ -84,4 +86,4 @@ private:
 };
 
 /// Writes `zone.name()`.
-std::ostream& operator<<(std::ostream& os, const VLXTimeZone& zone);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXTimeZone& zone);

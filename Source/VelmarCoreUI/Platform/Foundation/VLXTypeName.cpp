@@ -8,8 +8,6 @@
 #include <typeindex>
 #include <unordered_map>
 
-namespace vlx::detail {
-
 namespace {
 
 std::string demangledName(const std::type_info& type) {
@@ -26,7 +24,7 @@ std::string demangledName(const std::type_info& type) {
 
 }  // namespace
 
-std::string readableTypeName(const std::type_info& type) {
+std::string VLXReadableTypeName(const std::type_info& type) {
     static std::mutex mutex;
     static std::unordered_map<std::type_index, std::string> names;
     std::lock_guard lock(mutex);
@@ -36,5 +34,3 @@ std::string readableTypeName(const std::type_info& type) {
     }
     return it->second;
 }
-
-}  // namespace vlx::detail

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstdint>
 #include <iosfwd>
 #include <map>
@@ -29,7 +31,7 @@ class VLXObject;
 /// Values are immutable and cheap to copy: strings, arrays and dictionaries share their storage.
 /// Reading a value of the wrong kind never fails: it gives the kind's neutral result (0, an
 /// empty string or array, nil), as messaging the platform's objects does.
-class VLXValue {
+class VLX_EXPORT VLXValue {
 public:
     enum class Kind { Nil, Null, Number, String, Date, Array, Dictionary, Boxed, Color, Object };
 
@@ -219,4 +221,4 @@ private:
     Storage m_storage;
 };
 
-std::ostream& operator<<(std::ostream& os, const VLXValue& value);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXValue& value);

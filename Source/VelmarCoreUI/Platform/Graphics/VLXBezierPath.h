@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstdint>
 #include <iosfwd>
 #include <span>
@@ -30,7 +32,7 @@ enum VLXRectCorner : unsigned {
 ///
 /// `fill()`, `stroke()` and `addClip()` draw into the current graphics context
 /// (`VLXGraphicsGetCurrentContext()`) and do nothing when there is none.
-class VLXBezierPath {
+class VLX_EXPORT VLXBezierPath {
 public:
     /// An empty path with line width 1, butt caps, miter joins, miter limit 10, flatness 0.6,
     /// no dash and the non-zero fill rule.
@@ -139,4 +141,4 @@ private:
     double m_dashPhase = 0;
 };
 
-std::ostream& operator<<(std::ostream& os, const VLXBezierPath& path);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXBezierPath& path);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
@@ -23,7 +25,7 @@ typedef struct _PangoFontDescription PangoFontDescription;
 /// Sizes: a NaN, infinite, zero or negative size means the default size, 12 points (the size a
 /// font gets when the caller gives none); finite positive sizes are clamped to 0.01 … 10 000
 /// points. `pointSize()` reports the size actually used.
-class VLXFont {
+class VLX_EXPORT VLXFont {
 public:
     /// The size fonts get when none (or an unusable one) is given: 12 points.
     static constexpr double defaultPointSize = 12;
@@ -96,4 +98,4 @@ private:
     std::shared_ptr<const Record> m_record;
 };
 
-std::ostream& operator<<(std::ostream& os, const VLXFont& font);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXFont& font);

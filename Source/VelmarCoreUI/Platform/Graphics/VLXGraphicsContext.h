@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -102,7 +104,7 @@ enum class VLXGraphicsContextKind {
 /// Long polylines (more than 2 000 line segments in a bitmap) are stroked in pieces, since cairo
 /// slows down super-linearly with the length of one path; the pixels match a single stroke up
 /// to anti-aliasing noise at the cuts. The caller's path is never changed.
-class VLXGraphicsContext : public VLXObject {
+class VLX_EXPORT VLXGraphicsContext : public VLXObject {
 public:
     /// A bitmap of ceil(size × scale) pixels (at most 32 767 per side), transparent; an
     /// `opaque` bitmap has no alpha and starts black, as the platform's opaque bitmaps do.

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <vector>
 
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 
 namespace {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <memory>
 
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
@@ -15,18 +17,18 @@ class VLXImage;
 /// positive scale outside 1/1024 … 1024, pushes an empty entry, so that begin / end stay paired:
 /// the current context is then nil and so is the image. A zero width or height gives a context
 /// without pixels whose image has zero size.
-void VLXGraphicsBeginImageContextWithOptions(VLXSize size, bool opaque, double scale);
+VLX_EXPORT void VLXGraphicsBeginImageContextWithOptions(VLXSize size, bool opaque, double scale);
 /// Not opaque, scale 1.
-void VLXGraphicsBeginImageContext(VLXSize size);
+VLX_EXPORT void VLXGraphicsBeginImageContext(VLXSize size);
 /// The context on top of the stack, or nil.
-VLXGraphicsContext* VLXGraphicsGetCurrentContext();
+VLX_EXPORT VLXGraphicsContext* VLXGraphicsGetCurrentContext();
 /// The current image context's pixels as an image (its size in points and scale), or nil when
 /// the top of the stack is not an image context.
-std::shared_ptr<VLXImage> VLXGraphicsGetImageFromCurrentImageContext();
+VLX_EXPORT std::shared_ptr<VLXImage> VLXGraphicsGetImageFromCurrentImageContext();
 /// Pops the top entry if it was pushed by `VLXGraphicsBeginImageContext…`; otherwise nothing.
-void VLXGraphicsEndImageContext();
+VLX_EXPORT void VLXGraphicsEndImageContext();
 
 /// Makes `context` current until the matching pop (the caller keeps it alive meanwhile).
-void VLXGraphicsPushContext(VLXGraphicsContext& context);
+VLX_EXPORT void VLXGraphicsPushContext(VLXGraphicsContext& context);
 /// Pops the top entry if it was pushed by `VLXGraphicsPushContext`; otherwise nothing.
-void VLXGraphicsPopContext();
+VLX_EXPORT void VLXGraphicsPopContext();

@@ -11,6 +11,7 @@
 
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
+#include <VelmarCoreUI/Platform/Primitives/Private/VLXNumberPrinting.h>
 
 namespace {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -37,7 +39,7 @@ enum class VLXImageOrientation {
 /// An image normally has at least one pixel. The one exception is an image context of zero
 /// width or height (`VLXGraphicsBeginImageContext…` / `VLXGraphicsContext::makeImage`): its image
 /// has zero size and no pixels, draws nothing, encodes to no PNG bytes and has no cairo surface.
-class VLXImage : public VLXObject {
+class VLX_EXPORT VLXImage : public VLXObject {
 public:
     /// An image from premultiplied ARGB words (`pixelWidth × pixelHeight` of them). Nil when the
     /// count does not match, a side is zero or negative, or the scale is not finite and
@@ -114,4 +116,4 @@ private:
 };
 
 /// PNG bytes of `image`; empty for nil.
-std::string VLXImagePNGRepresentation(const std::shared_ptr<VLXImage>& image);
+VLX_EXPORT std::string VLXImagePNGRepresentation(const std::shared_ptr<VLXImage>& image);

@@ -1,4 +1,5 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
+#include <VelmarCoreUI/Platform/Primitives/Private/VLXNumberPrinting.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -38,7 +40,7 @@ constexpr std::size_t VLXPathElementPointCount(VLXPathElementType type) {
 
 /// One element as seen while walking a path: its type and a view of its points (valid only
 /// during the walk).
-struct VLXPathElement {
+struct VLX_EXPORT VLXPathElement {
     VLXPathElementType type = VLXPathElementType::MoveToPoint;
     const VLXPoint* points = nullptr;
 
@@ -68,7 +70,7 @@ enum class VLXPathFillRule {
 ///    element that has one; `containsPoint` and drawing leave out the whole subpath.
 ///  * An arc with a NaN or infinite angle or a negative or non-finite radius adds nothing;
 ///    a zero radius adds a line to (or move to) the centre.
-class VLXPath {
+class VLX_EXPORT VLXPath {
 public:
     VLXPath() = default;
 
@@ -196,4 +198,4 @@ private:
 };
 
 /// "VLXPath(move 0 0; line 10 0; close)": one entry per element, for test failures and logs.
-std::ostream& operator<<(std::ostream& os, const VLXPath& path);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXPath& path);

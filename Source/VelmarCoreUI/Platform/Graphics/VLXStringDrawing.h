@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <string_view>
 
 #include <VelmarCoreUI/Platform/Graphics/VLXTextAttributes.h>
@@ -29,8 +31,8 @@ class VLXGraphicsContext;
 /// layouts, fonts keep their Pango descriptions, and recent results are remembered per thread.
 
 /// The size of the text laid out without a width limit (one line per paragraph).
-VLXSize VLXStringSizeWithAttributes(std::string_view text,
-                                    const VLXTextAttributes& attributes = {});
+VLX_EXPORT VLXSize VLXStringSizeWithAttributes(std::string_view text,
+                                               const VLXTextAttributes& attributes = {});
 
 /// The rectangle the text occupies when laid out for `size` with `options`
 /// (`VLXStringDrawingOptions` or-ed together; unknown bits are ignored).
@@ -41,16 +43,16 @@ VLXSize VLXStringSizeWithAttributes(std::string_view text,
 /// paragraph is one line, and the rectangle is relative to the first baseline: its origin is
 /// (0, −ascent of the first line). With `VLXStringDrawingUsesDeviceMetrics` the rectangle
 /// bounds the glyphs' ink instead (in the same coordinates). Results are not rounded.
-VLXRect VLXStringBoundingRect(std::string_view text, VLXSize size, unsigned options,
-                              const VLXTextAttributes& attributes = {});
+VLX_EXPORT VLXRect VLXStringBoundingRect(std::string_view text, VLXSize size, unsigned options,
+                                         const VLXTextAttributes& attributes = {});
 
 /// Draws the text with the top-left corner of its first line at `point`, one line per
 /// paragraph (aligned per the paragraph style within the widest line), into the current
 /// graphics context (nothing when there is none).
-void VLXStringDrawAtPoint(std::string_view text, VLXPoint point,
-                          const VLXTextAttributes& attributes = {});
-void VLXStringDrawAtPoint(VLXGraphicsContext& context, std::string_view text, VLXPoint point,
-                          const VLXTextAttributes& attributes = {});
+VLX_EXPORT void VLXStringDrawAtPoint(std::string_view text, VLXPoint point,
+                                     const VLXTextAttributes& attributes = {});
+VLX_EXPORT void VLXStringDrawAtPoint(VLXGraphicsContext& context, std::string_view text,
+                                     VLXPoint point, const VLXTextAttributes& attributes = {});
 
 /// Draws the text laid out as `VLXStringBoundingRect` lays it out for `rect.size`, placed at
 /// `rect.origin` (the top-left corner with `VLXStringDrawingUsesLineFragmentOrigin`, else the
@@ -62,14 +64,15 @@ void VLXStringDrawAtPoint(VLXGraphicsContext& context, std::string_view text, VL
 /// attribute becomes the context's shadow while the text draws, and the context's alpha,
 /// blend mode, clip and shadow apply as to any drawing. A non-finite origin draws nothing, and
 /// neither does text whose glyphs would be taller than 32 768 device pixels.
-void VLXStringDrawWithRect(std::string_view text, const VLXRect& rect, unsigned options,
-                           const VLXTextAttributes& attributes = {});
-void VLXStringDrawWithRect(VLXGraphicsContext& context, std::string_view text, const VLXRect& rect,
-                           unsigned options, const VLXTextAttributes& attributes = {});
+VLX_EXPORT void VLXStringDrawWithRect(std::string_view text, const VLXRect& rect, unsigned options,
+                                      const VLXTextAttributes& attributes = {});
+VLX_EXPORT void VLXStringDrawWithRect(VLXGraphicsContext& context, std::string_view text,
+                                      const VLXRect& rect, unsigned options,
+                                      const VLXTextAttributes& attributes = {});
 
 /// `VLXStringDrawWithRect` with `VLXStringDrawingUsesLineFragmentOrigin`: the text wrapped
 /// into the rectangle.
-void VLXStringDrawInRect(std::string_view text, const VLXRect& rect,
-                         const VLXTextAttributes& attributes = {});
-void VLXStringDrawInRect(VLXGraphicsContext& context, std::string_view text, const VLXRect& rect,
-                         const VLXTextAttributes& attributes = {});
+VLX_EXPORT void VLXStringDrawInRect(std::string_view text, const VLXRect& rect,
+                                    const VLXTextAttributes& attributes = {});
+VLX_EXPORT void VLXStringDrawInRect(VLXGraphicsContext& context, std::string_view text,
+                                    const VLXRect& rect, const VLXTextAttributes& attributes = {});

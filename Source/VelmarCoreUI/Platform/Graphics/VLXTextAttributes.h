@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <optional>
 
 #include <VelmarCoreUI/Platform/Graphics/VLXFont.h>
@@ -35,7 +37,7 @@ enum class VLXTextAlignment {
 };
 
 /// How paragraphs are laid out.
-struct VLXParagraphStyle {
+struct VLX_EXPORT VLXParagraphStyle {
     VLXLineBreakMode lineBreakMode = VLXLineBreakMode::ByWordWrapping;
     VLXTextAlignment alignment = VLXTextAlignment::Natural;
     /// Extra space in points between one line's bottom and the next line's top (not after the
@@ -49,7 +51,7 @@ struct VLXParagraphStyle {
 };
 
 /// A shadow under drawn text, with the platform's defaults.
-struct VLXShadow {
+struct VLX_EXPORT VLXShadow {
     /// Offset in points; a positive height moves the shadow down. The default (0, −3) puts it
     /// above the text, as the platform's default shadow is.
     VLXSize shadowOffset{0, -3};
@@ -63,7 +65,7 @@ struct VLXShadow {
 
 /// Attributes of a run of text. Each absent attribute takes its default: the 12-point system
 /// font, opaque black, the default paragraph style, no shadow.
-struct VLXTextAttributes {
+struct VLX_EXPORT VLXTextAttributes {
     std::optional<VLXFont> font;
     std::optional<VLXColor> foregroundColor;
     std::optional<VLXParagraphStyle> paragraphStyle;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <iosfwd>
 
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
@@ -11,7 +13,7 @@
 /// t2; the `Translate` / `Scale` / `Rotate` helpers put their step before `t` (in the
 /// transform's own coordinate space). Angles are radians; with y growing downward a positive
 /// angle turns clockwise on screen. Values are not snapped, so cos(π/2) is 6e-17, not 0.
-struct VLXAffineTransform {
+struct VLX_EXPORT VLXAffineTransform {
     double a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
     friend constexpr bool operator==(const VLXAffineTransform&,
                                      const VLXAffineTransform&) = default;
@@ -29,7 +31,7 @@ constexpr VLXAffineTransform VLXAffineTransformMakeTranslation(double tx, double
 constexpr VLXAffineTransform VLXAffineTransformMakeScale(double sx, double sy) {
     return VLXAffineTransform{sx, 0, 0, sy, 0, 0};
 }
-VLXAffineTransform VLXAffineTransformMakeRotation(double angle);
+VLX_EXPORT VLXAffineTransform VLXAffineTransformMakeRotation(double angle);
 
 /// t1 then t2: the matrix product t1 × t2.
 constexpr VLXAffineTransform VLXAffineTransformConcat(const VLXAffineTransform& t1,
@@ -47,10 +49,10 @@ constexpr VLXAffineTransform VLXAffineTransformScale(const VLXAffineTransform& t
                                                      double sy) {
     return VLXAffineTransformConcat(VLXAffineTransformMakeScale(sx, sy), t);
 }
-VLXAffineTransform VLXAffineTransformRotate(const VLXAffineTransform& t, double angle);
+VLX_EXPORT VLXAffineTransform VLXAffineTransformRotate(const VLXAffineTransform& t, double angle);
 
 /// The inverse, or `t` unchanged when it has none (determinant zero or not finite).
-VLXAffineTransform VLXAffineTransformInvert(const VLXAffineTransform& t);
+VLX_EXPORT VLXAffineTransform VLXAffineTransformInvert(const VLXAffineTransform& t);
 constexpr bool VLXAffineTransformIsIdentity(const VLXAffineTransform& t) {
     return t == VLXAffineTransformIdentity;
 }
@@ -68,7 +70,7 @@ constexpr VLXSize VLXSizeApplyAffineTransform(const VLXSize& s, const VLXAffineT
 }
 /// The bounding box of the transformed corners of the standardised rectangle. Null and
 /// infinite rectangles are returned unchanged.
-VLXRect VLXRectApplyAffineTransform(const VLXRect& r, const VLXAffineTransform& t);
+VLX_EXPORT VLXRect VLXRectApplyAffineTransform(const VLXRect& r, const VLXAffineTransform& t);
 
 /// "[a, b, c, d, tx, ty]".
-std::ostream& operator<<(std::ostream& os, const VLXAffineTransform& t);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXAffineTransform& t);

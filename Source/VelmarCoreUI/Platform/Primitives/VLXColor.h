@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <array>
 #include <cstddef>
 #include <initializer_list>
@@ -19,7 +21,7 @@ enum class VLXColorSpaceModel : int {
 /// NaN and infinite components are kept too and never make an operation misbehave.
 /// Copying is cheap; equality is exact (same model, same components to the last bit; a NaN
 /// component equals a NaN component, so every colour equals itself).
-class VLXColor {
+class VLX_EXPORT VLXColor {
 public:
     /// Opaque black in the monochrome model.
     VLXColor();
@@ -87,4 +89,4 @@ private:
     std::array<double, kMaxComponents> m_components{0, 1, 0, 0, 0};
 };
 
-std::ostream& operator<<(std::ostream& os, const VLXColor& color);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXColor& color);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <iosfwd>
 #include <limits>
 
@@ -19,13 +21,13 @@
 ///    edges do not. Empty rectangles contain no point.
 ///  * NaN components are carried through arithmetic and make comparisons false; nothing is ever
 ///    converted to an integer, so NaN and infinities are always safe to pass.
-struct VLXPoint {
+struct VLX_EXPORT VLXPoint {
     double x = 0;
     double y = 0;
     friend constexpr bool operator==(const VLXPoint&, const VLXPoint&) = default;
 };
 
-struct VLXSize {
+struct VLX_EXPORT VLXSize {
     double width = 0;
     double height = 0;
     friend constexpr bool operator==(const VLXSize&, const VLXSize&) = default;
@@ -34,7 +36,7 @@ struct VLXSize {
 /// A rectangle as stored: its size may be negative. The accessors standardise first (a negative
 /// width or height counts as positive, with the origin at the smaller edge), so `minX()` is
 /// always the left edge and `width()` never negative. The null rectangle has infinite origin.
-struct VLXRect {
+struct VLX_EXPORT VLXRect {
     VLXPoint origin;
     VLXSize size;
 
@@ -58,7 +60,7 @@ struct VLXRect {
     friend constexpr bool operator==(const VLXRect&, const VLXRect&) = default;
 };
 
-struct VLXEdgeInsets {
+struct VLX_EXPORT VLXEdgeInsets {
     double top = 0;
     double left = 0;
     double bottom = 0;
@@ -66,7 +68,7 @@ struct VLXEdgeInsets {
     friend constexpr bool operator==(const VLXEdgeInsets&, const VLXEdgeInsets&) = default;
 };
 
-struct VLXOffset {
+struct VLX_EXPORT VLXOffset {
     double horizontal = 0;
     double vertical = 0;
     friend constexpr bool operator==(const VLXOffset&, const VLXOffset&) = default;
@@ -152,7 +154,7 @@ inline bool VLXSizeEqualToSize(const VLXSize& a, const VLXSize& b) {
 }
 /// Compares the standardised rectangles, so (10, 0, −10, 5) equals (0, 0, 10, 5). Any two null
 /// rectangles are equal.
-bool VLXRectEqualToRect(const VLXRect& a, const VLXRect& b);
+VLX_EXPORT bool VLXRectEqualToRect(const VLXRect& a, const VLXRect& b);
 inline bool VLXEdgeInsetsEqualToEdgeInsets(const VLXEdgeInsets& a, const VLXEdgeInsets& b) {
     return a == b;
 }
@@ -160,38 +162,38 @@ inline bool VLXEdgeInsetsEqualToEdgeInsets(const VLXEdgeInsets& a, const VLXEdge
 // --- containment and intersection --------------------------------------------------------------
 
 /// Half-open: minX <= x < maxX and minY <= y < maxY. False for null and empty rectangles.
-bool VLXRectContainsPoint(const VLXRect& r, const VLXPoint& p);
+VLX_EXPORT bool VLXRectContainsPoint(const VLXRect& r, const VLXPoint& p);
 /// True when `inner` lies within `outer`, edges included. A null `inner` is contained in every
 /// rectangle; a null `outer` contains nothing else. Empty rectangles count by their position.
-bool VLXRectContainsRect(const VLXRect& outer, const VLXRect& inner);
+VLX_EXPORT bool VLXRectContainsRect(const VLXRect& outer, const VLXRect& inner);
 /// True when the two rectangles share an area of positive size: rectangles that only touch
 /// along an edge, and empty or null rectangles, intersect nothing.
-bool VLXRectIntersectsRect(const VLXRect& a, const VLXRect& b);
+VLX_EXPORT bool VLXRectIntersectsRect(const VLXRect& a, const VLXRect& b);
 /// The common part, standardised. Null when either is null or they are apart; rectangles that
 /// touch along an edge give an empty rectangle on that edge.
-VLXRect VLXRectIntersection(const VLXRect& a, const VLXRect& b);
+VLX_EXPORT VLXRect VLXRectIntersection(const VLXRect& a, const VLXRect& b);
 /// The smallest rectangle containing both. The null rectangle is the identity (the union with
 /// null is the other rectangle, standardised); empty rectangles take part by their position.
-VLXRect VLXRectUnion(const VLXRect& a, const VLXRect& b);
+VLX_EXPORT VLXRect VLXRectUnion(const VLXRect& a, const VLXRect& b);
 
 // --- derived rectangles ------------------------------------------------------------------------
 
 /// Standardised, then moved in by dx on the left and right and dy on the top and bottom
 /// (negative values grow it). Null when the result would have a negative size, and for null.
-VLXRect VLXRectInset(const VLXRect& r, double dx, double dy);
+VLX_EXPORT VLXRect VLXRectInset(const VLXRect& r, double dx, double dy);
 /// Standardised and moved; null stays null.
-VLXRect VLXRectOffset(const VLXRect& r, double dx, double dy);
+VLX_EXPORT VLXRect VLXRectOffset(const VLXRect& r, double dx, double dy);
 /// The smallest rectangle with whole-number edges containing `r` (origin floored, maximum edges
 /// ceiled). Null and infinite rectangles are returned unchanged; non-finite components stay.
-VLXRect VLXRectIntegral(const VLXRect& r);
+VLX_EXPORT VLXRect VLXRectIntegral(const VLXRect& r);
 
 /// Which edge `VLXRectDivide` cuts from.
 enum VLXRectEdge { VLXRectEdgeMinX = 0, VLXRectEdgeMinY, VLXRectEdgeMaxX, VLXRectEdgeMaxY };
 
 /// Cuts `amount` (clamped to 0 … the rectangle's extent; NaN counts as 0) off the standardised
 /// `r` from `edge` into `slice`; the rest goes to `remainder`. A null `r` gives null for both.
-void VLXRectDivide(const VLXRect& r, VLXRect& slice, VLXRect& remainder, double amount,
-                   VLXRectEdge edge);
+VLX_EXPORT void VLXRectDivide(const VLXRect& r, VLXRect& slice, VLXRect& remainder, double amount,
+                              VLXRectEdge edge);
 
 /// The rectangle moved in by the insets: origin + (left, top), size − (left + right, top +
 /// bottom). The arithmetic is done on the stored fields, without standardising, and the size may
@@ -204,13 +206,8 @@ constexpr VLXRect VLXEdgeInsetsInsetRect(const VLXRect& r, const VLXEdgeInsets& 
 
 // gtest prints these through PrintTo / operator<< in failure messages, in the platform's
 // "{{x, y}, {w, h}}" notation with enough digits to tell values apart.
-std::ostream& operator<<(std::ostream& os, const VLXPoint& p);
-std::ostream& operator<<(std::ostream& os, const VLXSize& s);
-std::ostream& operator<<(std::ostream& os, const VLXRect& r);
-std::ostream& operator<<(std::ostream& os, const VLXEdgeInsets& e);
-std::ostream& operator<<(std::ostream& os, const VLXOffset& o);
-
-namespace vlx::detail {
-/// Shortest of "%.15g" / "%.17g" that reads back to the same double ("nan", "inf" as C prints).
-void printNumber(std::ostream& os, double value);
-}  // namespace vlx::detail
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXPoint& p);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXSize& s);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXRect& r);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXEdgeInsets& e);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXOffset& o);

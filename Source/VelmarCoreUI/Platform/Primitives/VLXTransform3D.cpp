@@ -1,3 +1,4 @@
+#include <VelmarCoreUI/Platform/Primitives/Private/VLXNumberPrinting.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXTransform3D.h>
 
 #include <array>

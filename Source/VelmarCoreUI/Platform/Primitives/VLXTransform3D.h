@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <iosfwd>
 
 #include <VelmarCoreUI/Platform/Primitives/VLXAffineTransform.h>
@@ -10,7 +12,7 @@
 /// As with the 2-D helpers, `VLXTransform3DConcat(a, b)` applies a first, then b, and the
 /// `Translate` / `Scale` / `Rotate` helpers put their step before `t`. Rotations turn by
 /// `angle` radians about the axis (x, y, z); about z they match VLXAffineTransformMakeRotation.
-struct VLXTransform3D {
+struct VLX_EXPORT VLXTransform3D {
     double m11 = 1, m12 = 0, m13 = 0, m14 = 0;
     double m21 = 0, m22 = 1, m23 = 0, m24 = 0;
     double m31 = 0, m32 = 0, m33 = 1, m34 = 0;
@@ -36,16 +38,18 @@ constexpr VLXTransform3D VLXTransform3DMakeScale(double sx, double sy, double sz
 }
 /// Rotation about the axis (x, y, z), which need not be of unit length. An axis of zero or
 /// non-finite length gives the identity.
-VLXTransform3D VLXTransform3DMakeRotation(double angle, double x, double y, double z);
+VLX_EXPORT VLXTransform3D VLXTransform3DMakeRotation(double angle, double x, double y, double z);
 
 /// a then b: the matrix product a × b.
-VLXTransform3D VLXTransform3DConcat(const VLXTransform3D& a, const VLXTransform3D& b);
-VLXTransform3D VLXTransform3DTranslate(const VLXTransform3D& t, double tx, double ty, double tz);
-VLXTransform3D VLXTransform3DScale(const VLXTransform3D& t, double sx, double sy, double sz);
-VLXTransform3D VLXTransform3DRotate(const VLXTransform3D& t, double angle, double x, double y,
-                                    double z);
+VLX_EXPORT VLXTransform3D VLXTransform3DConcat(const VLXTransform3D& a, const VLXTransform3D& b);
+VLX_EXPORT VLXTransform3D VLXTransform3DTranslate(const VLXTransform3D& t, double tx, double ty,
+                                                  double tz);
+VLX_EXPORT VLXTransform3D VLXTransform3DScale(const VLXTransform3D& t, double sx, double sy,
+                                              double sz);
+VLX_EXPORT VLXTransform3D VLXTransform3DRotate(const VLXTransform3D& t, double angle, double x,
+                                               double y, double z);
 /// The inverse, or `t` unchanged when it has none (determinant zero or not finite).
-VLXTransform3D VLXTransform3DInvert(const VLXTransform3D& t);
+VLX_EXPORT VLXTransform3D VLXTransform3DInvert(const VLXTransform3D& t);
 
 constexpr bool VLXTransform3DIsIdentity(const VLXTransform3D& t) {
     return t == VLXTransform3DIdentity;
@@ -74,4 +78,4 @@ constexpr VLXAffineTransform VLXTransform3DGetAffineTransform(const VLXTransform
 }
 
 /// "[m11, m12, m13, m14; m21, …; m41, m42, m43, m44]".
-std::ostream& operator<<(std::ostream& os, const VLXTransform3D& t);
+VLX_EXPORT std::ostream& operator<<(std::ostream& os, const VLXTransform3D& t);

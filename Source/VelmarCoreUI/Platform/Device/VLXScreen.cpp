@@ -1,4 +1,5 @@
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
+#include <VelmarCoreUI/Platform/Primitives/Private/VLXNumberPrinting.h>
 
 #include <cmath>
 #include <sstream>

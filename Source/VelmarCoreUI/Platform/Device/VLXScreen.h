@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <memory>
 #include <string>
 
@@ -11,7 +13,7 @@
 /// There is no physical display behind it; the host (or a test) sets the values it renders for.
 /// `mainScreen()` is one process-wide screen that starts as a 390 × 844 point portrait phone
 /// at scale 3, so that code asking for "the screen" gets a realistic answer headless.
-class VLXScreen : public VLXObject {
+class VLX_EXPORT VLXScreen : public VLXObject {
 public:
     static std::shared_ptr<VLXScreen> create();
     /// The process-wide screen (created on first use, kept for the life of the process).
