@@ -110,7 +110,13 @@ TEST(SeriesItem, EveryKindOfHostDataReadsTheSame) {
     EXPECT_EQ(VLXSeriesPoint::fromValue(VLXSeriesPoint::pointWithX(1, 2).value()),
               VLXSeriesPoint::pointWithX(1, 2));
     EXPECT_FALSE(VLXSeriesPoint::fromValue(record(1, 2)).has_value());
-    EXPECT_EQ(VLXSeriesPoint::point().value().valueForKey("y"), VLXValue(0.0));
+    EXPECT_EQ(VLXSeriesPoint::fromValue(VLXValue::valueWithPoint(VLXPointMake(3, 4))),
+              VLXSeriesPoint::pointWithX(3, 4));
+    EXPECT_FALSE(VLXSeriesPoint::fromValue(VLXValue::valueWithSize(VLXSizeMake(3, 4))));
+    // Other boxes are no data objects: with names set they add nothing.
+    auto sizes = itemReading("x", "y");
+    sizes->setData(VLXValue::Array{VLXValue::valueWithSize(VLXSizeMake(3, 4))});
+    EXPECT_TRUE(sizes->points().empty());
 }
 
 TEST(SeriesItem, ValuesThatAreNotNumbersOrDates) {

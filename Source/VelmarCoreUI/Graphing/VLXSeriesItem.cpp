@@ -5,15 +5,12 @@
 #include <climits>
 #include <cmath>
 #include <random>
-#include <typeinfo>
 
 #include <VelmarCoreUI/Core/VLXDateHelpers.h>
 #include <VelmarCoreUI/Core/VLXLogger.h>
 #include <VelmarCoreUI/Core/VLXStringHelpers.h>
 #include <VelmarCoreUI/Graphing/Private/VLXSeriesNearestPoint.h>
-#include <VelmarCoreUI/Graphing/Private/VLXSeriesPointObject.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXNumerics.h>
-#include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 
 namespace {
@@ -75,10 +72,6 @@ public:
     void walk(const VLXValue::Array& elements, std::size_t firstIndex) {
         for (std::size_t k = 0; k < elements.size(); ++k) {
             const VLXValue& element = elements[k];
-            // Records and dictionaries answer a name exactly when they hold a value for it, so
-            // one lookup tells both; other key-value objects are asked first, as they may
-            // answer names they deny.
-            bool consistentLookup = false;
             switch (element.kind()) {
                 case VLXValue::Kind::Nil:
                     // Nothing the runtime could inspect.
@@ -87,25 +80,17 @@ public:
                 case VLXValue::Kind::Array:
                     addPair(element.arrayValue());
                     continue;
-                case VLXValue::Kind::Dictionary:
-                    consistentLookup = true;
-                    break;
-                case VLXValue::Kind::Object: {
-                    const std::shared_ptr<VLXObject> object = element.objectValue();
-                    if (const VLXSeriesPoint* point = vlx::detail::seriesPointOf(*object)) {
+                case VLXValue::Kind::Boxed:
+                    if (const auto point = VLXSeriesPoint::fromValue(element)) {
                         add(*point);  // taken as is, full precision
                         m_previousY = 0;
                         continue;
                     }
-                    const VLXObject& reference = *object;
-                    consistentLookup =
-                        typeid(reference) == typeid(vlx::detail::Constructible<VLXRecord>);
                     break;
-                }
                 default:
                     break;
             }
-            addObject(element, firstIndex + k, consistentLookup);
+            addObject(element, firstIndex + k);
         }
     }
 
@@ -135,7 +120,7 @@ private:
         m_previousY = y;
     }
 
-    void addObject(const VLXValue& element, std::size_t index, bool consistent) {
+    void addObject(const VLXValue& element, std::size_t index) {
         if (!m_namesDefined) {
             VLXLogger::logLevel(4, "Source/Graphing/VLXSeriesItem",
                                 "-[VLXSeriesItem seriesData]_block_invoke", 242,
@@ -145,8 +130,8 @@ private:
             m_previousY = 0;
             return;
         }
-        const Reading x = read(element, m_xName, m_xPlain, consistent);
-        const Reading y = read(element, m_yName, m_yPlain, consistent);
+        const Reading x = read(element, m_xName, m_xPlain);
+        const Reading y = read(element, m_yName, m_yPlain);
         if (!x.responded && !y.responded) {
             if (element.respondsTo("periods") && element.valueForKey("periods").isArray()) {
                 addPeriods(element);
@@ -165,25 +150,32 @@ private:
         m_previousY = total;
     }
 
-    Reading read(const VLXValue& element, const std::string& name, bool plain,
-                 bool consistent) const {
-        Reading reading;
-        VLXValue value;
-        if (plain && consistent) {
-            value = element.valueForKey(name);
-            reading.responded = !value.isNil() || element.respondsTo(name);
+    Reading read(const VLXValue& element, const std::string& name, bool plain) const {
+        if (plain) {
+            // A key-value object gives a value only for a property it has, so a value found
+            // answers the name test too; only a nil result needs the test itself.
+            const VLXValue value = element.valueForKey(name);
+            if (value.isNumber()) {
+                return Reading{value.floatValue(), true, false};  // the common case
+            }
+            if (value.isNil()) {
+                return Reading{0, element.respondsTo(name), false};
+            }
             if (value.isDate() && m_item.m_ignoreTime) {
-                value = VLXValue(vlx_dateByIgnoringTime(*value.dateValue()));
+                return interpret(VLXValue(vlx_dateByIgnoringTime(*value.dateValue())));
             }
-        } else {
-            reading.responded = element.respondsTo(name);
-            if (reading.responded) {
-                value = m_item.parseKeyPath(name, element);
-            }
+            return interpret(value);
         }
-        if (!reading.responded) {
-            return reading;
+        if (!element.respondsTo(name)) {
+            return Reading{};
         }
+        return interpret(m_item.parseKeyPath(name, element));
+    }
+
+    // What a value read for x or y means for the element that answered the name.
+    Reading interpret(const VLXValue& value) const {
+        Reading reading;
+        reading.responded = true;
         switch (value.kind()) {
             case VLXValue::Kind::Number:
                 reading.value = value.floatValue();
@@ -396,7 +388,8 @@ void VLXSeriesItem::deriveAll() {
         total += chunk.count();
     }
     std::vector<VLXSeriesPoint> points;
-    points.reserve(total);
+    // An eighth to spare, so the appends of a live feed do not copy the points at once.
+    points.reserve(total + total / 8);
     PointStats stats;
     Deriver deriver(*this, points, stats, 0);
     std::size_t index = 0;
@@ -407,7 +400,7 @@ void VLXSeriesItem::deriveAll() {
         }
     }
     if (points.capacity() > points.size() + points.size() / 4 + 16) {
-        points.shrink_to_fit();  // many elements were left out
+        points.shrink_to_fit();  // many elements were left out: give the space back
     }
     m_points = std::move(points);
     m_stats = stats;

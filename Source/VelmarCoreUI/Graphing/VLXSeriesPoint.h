@@ -20,10 +20,11 @@ struct VLXSeriesPoint {
     static constexpr VLXSeriesPoint point() { return VLXSeriesPoint{}; }
     static constexpr VLXSeriesPoint pointWithX(double x, double y) { return VLXSeriesPoint{x, y}; }
 
-    /// The point as a data element for a series item: it is taken as is (full precision, no
-    /// property names needed). Key-value lookup reads its "x" and "y".
+    /// The point as a data element for a series item: a boxed point
+    /// (`VLXValue::valueWithPoint`), which an item takes as is (full precision, no property
+    /// names needed).
     VLX_EXPORT VLXValue value() const;
-    /// The point held by a value made with `value()`; nothing for any other value.
+    /// The point held by a boxed point value; nothing for any other value.
     VLX_EXPORT static std::optional<VLXSeriesPoint> fromValue(const VLXValue& value);
 
     /// Field-wise, so NaN points differ from themselves; identity is the handle's business.
