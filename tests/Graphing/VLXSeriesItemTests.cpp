@@ -405,6 +405,17 @@ TEST(SeriesItem, CachesFollowDataAssignmentOnly) {
     item->setXAxisDataRange(VLXGraphSeriesRangeZero);
     EXPECT_EQ(item->rangeForAxis(VLXGraphAxisTypeX).max, 4);
 
+    // A record changed after assignment shows only once a new array is assigned.
+    auto mutable_ = VLXRecord::create({{"x", 1}, {"y", 1}});
+    auto keyed = itemReading("x", "y");
+    const VLXValue records(VLXValue::Array{VLXValue(mutable_)});
+    keyed->setData(records);
+    mutable_->setValue("y", 5);
+    keyed->setData(records);
+    EXPECT_EQ(keyed->points()[0].y, 1);
+    keyed->setData(VLXValue(VLXValue::Array(records.arrayValue())));
+    EXPECT_EQ(keyed->points()[0].y, 5);
+
     // Nil data and data that are not an array derive nothing.
     item->setData(VLXValue("text"));
     EXPECT_FALSE(item->containsData());
