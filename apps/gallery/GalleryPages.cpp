@@ -5,10 +5,12 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
 
+GalleryPage makeDataPage(const std::filesystem::path& outputDirectory);
+
 const std::vector<GalleryPageBuilder>& galleryPageBuilders() {
     static const std::vector<GalleryPageBuilder> builders = {
-        makeColorPage, makeFoundationPage, makeDrawingPage,
-        makePathsPage, makeImagesPage,     makeTextPage,
+        makeColorPage,  makeFoundationPage, makeDrawingPage, makePathsPage,
+        makeImagesPage, makeTextPage,       makeDataPage,
     };
     return builders;
 }
