@@ -4,9 +4,9 @@
 
 #include <optional>
 
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 #include "BenchRatio.h"
 

@@ -17,12 +17,12 @@
 #include <VelmarCoreUI/Models/VLXTableSection.h>
 #include <VelmarCoreUI/Models/VLXTableSectionRow.h>
 #include <VelmarCoreUI/Platform/Device/VLXDevice.h>
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXTimeZone.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>
 #include <VelmarCoreUI/Utilities/VLXValueBoxing.h>
 #include "GalleryPage.h"

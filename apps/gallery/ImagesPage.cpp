@@ -9,12 +9,12 @@
 #include <vector>
 
 #include <VelmarCoreUI/Color/VLXColorUtilities.h>
+#include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXNumerics.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXBezierPath.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
-#include <VelmarCoreUI/Platform/Views/VLXScreen.h>
 #include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 #include "GalleryPage.h"
 
