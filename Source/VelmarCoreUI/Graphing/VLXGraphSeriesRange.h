@@ -1,16 +1,18 @@
 #pragma once
 
+#include <VelmarCoreUI/VLXExport.h>
+
 #include <VelmarCoreUI/Platform/Foundation/VLXTypes.h>
 
 /// The extent of values along one axis. {0, 0} is the empty range, which also means "not yet
 /// computed" throughout the graph classes; a range holding NaN is not empty.
-struct VLXGraphSeriesRange {
+struct VLX_EXPORT VLXGraphSeriesRange {
     double min = 0;
     double max = 0;
 };
 
 /// The extents of both axes, in the order the graph view builds it: x range, then y range.
-struct VLXGraphSeriesDomain {
+struct VLX_EXPORT VLXGraphSeriesDomain {
     double minX = 0;
     double maxX = 0;
     double minY = 0;

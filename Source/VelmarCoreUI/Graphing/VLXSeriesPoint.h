@@ -12,7 +12,7 @@ class VLXSeriesItem;
 
 /// One x/y point of a series. A plain 16-byte value: an item keeps its points in one contiguous
 /// array and hands them out as a span.
-struct VLXSeriesPoint {
+struct VLX_EXPORT VLXSeriesPoint {
     double x = 0;
     double y = 0;
 
@@ -35,7 +35,7 @@ struct VLXSeriesPoint {
 /// point's value. Points are values, so this is what stands for "the same point object": two
 /// handles are equal when they name the same index of the same set of points of an item.
 /// Assigning new data (or new points) to the item starts a new set; appending keeps it.
-struct VLXSeriesPointHandle {
+struct VLX_EXPORT VLXSeriesPointHandle {
     std::weak_ptr<const VLXSeriesItem> item;
     std::size_t index = 0;
     /// Unique in the process for one set of points of one item.
