@@ -10,6 +10,7 @@
 #include <limits>
 
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXDevicePath.h>
+#include <VelmarCoreUI/Platform/Graphics/Private/VLXPolylineReduction.h>
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXPolylineStroker.h>
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXShadowBlur.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
@@ -166,6 +167,16 @@ cairo_status_t appendToString(void* closure, const unsigned char* data, unsigned
     return CAIRO_STATUS_SUCCESS;
 }
 
+std::size_t linesOnlySegments(const std::vector<Subpath>& subpaths) {
+    std::size_t segments = 0;
+    for (const Subpath& subpath : subpaths) {
+        if (subpath.finite && subpath.linesOnly) {
+            segments += subpath.pointEnd - subpath.pointBegin - 1 + (subpath.closed ? 1 : 0);
+        }
+    }
+    return segments;
+}
+
 struct IntRect {
     int x = 0, y = 0, width = 0, height = 0;
     bool isEmpty() const { return width <= 0 || height <= 0; }
@@ -206,6 +217,7 @@ struct VLXGraphicsContext::Impl {
     State state;
     std::vector<State> saved;
     DevicePath path;
+    DevicePath reduced;  // reused by thin long strokes
     std::vector<VLXPoint> scratch;
 
     ~Impl() {
@@ -493,13 +505,22 @@ struct VLXGraphicsContext::Impl {
         if (!prepareStroke(c, m)) {
             return;
         }
-        const std::vector<Subpath> subpaths = subpathsOf(path);
-        std::size_t lineSegments = 0;
-        for (const Subpath& subpath : subpaths) {
-            if (subpath.finite && subpath.linesOnly) {
-                lineSegments +=
-                    subpath.pointEnd - subpath.pointBegin - 1 + (subpath.closed ? 1 : 0);
-            }
+        std::vector<Subpath> subpaths = subpathsOf(path);
+        std::size_t lineSegments = linesOnlySegments(subpaths);
+        // Thin solid lines lose nothing visible when the vertices within one pixel column shrink
+        // to their extremes (see VLXPolylineReduction.h). Not with miter joins: the spikes of
+        // dropped vertices would vanish and the kept extremes grow new ones.
+        const DevicePath* source = &path;
+        if (kind == VLXGraphicsContextKind::Bitmap && state.dash.empty() &&
+            state.lineJoin != VLXLineJoin::Miter && lineSegments > kLongStrokeSegments &&
+            vlx::detail::polylineReductionEnabled() &&
+            state.lineWidth * largestStretch(m) <= vlx::detail::kReductionMaximumDeviceWidth &&
+            vlx::detail::reduceDevicePath(path, subpaths, kLongStrokeSegments,
+                                          vlx::detail::kReductionColumnWidth, reduced,
+                                          scratch) > 0) {
+            source = &reduced;
+            subpaths = subpathsOf(reduced);
+            lineSegments = linesOnlySegments(subpaths);
         }
         bool piecewise =
             kind == VLXGraphicsContextKind::Bitmap && lineSegments > kLongStrokeSegments;
@@ -512,7 +533,7 @@ struct VLXGraphicsContext::Impl {
             for (const Subpath& subpath : subpaths) {
                 if (subpath.finite && subpath.linesOnly) {
                     length += VLXPolylineStroker::userSpaceLength(
-                        polylineOf(path, subpath, scratch), subpath.closed, m);
+                        polylineOf(*source, subpath, scratch), subpath.closed, m);
                 }
             }
             piecewise = length / period * static_cast<double>(state.dash.size()) < kMaximumDashes;
@@ -520,7 +541,7 @@ struct VLXGraphicsContext::Impl {
         const RGBA color = toRGBA(state.strokeColor);
         if (!piecewise) {
             setSource(c, color, opacity);
-            strokePlain(c, path, subpaths, m, false);
+            strokePlain(c, *source, subpaths, m, false);
             return;
         }
         // The pieces' coverage is collected in an alpha group, where they add up to exactly one
@@ -528,12 +549,12 @@ struct VLXGraphicsContext::Impl {
         cairo_push_group_with_content(c, CAIRO_CONTENT_ALPHA);
         cairo_set_operator(c, CAIRO_OPERATOR_ADD);
         cairo_set_source_rgba(c, 0, 0, 0, 1);
-        strokePlain(c, path, subpaths, m, true);
+        strokePlain(c, *source, subpaths, m, true);
         VLXPolylineStroker stroker(c, m, cairo_get_line_width(c), state.lineCap, state.dash,
                                    state.dashPhase);
         for (const Subpath& subpath : subpaths) {
             if (subpath.finite && subpath.linesOnly) {
-                stroker.addSubpath(polylineOf(path, subpath, scratch), subpath.closed);
+                stroker.addSubpath(polylineOf(*source, subpath, scratch), subpath.closed);
             }
         }
         stroker.finish();
