@@ -28,8 +28,10 @@
 #include <VelmarCoreUI/Platform/Foundation/VLXObject.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRange.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXTimeZone.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXTypes.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXBezierPath.h>
@@ -40,6 +42,7 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXTextAttributes.h>
+#include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXAffineTransform.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
