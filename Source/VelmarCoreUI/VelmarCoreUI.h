@@ -42,6 +42,7 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXTextAttributes.h>
+#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXAffineTransform.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
