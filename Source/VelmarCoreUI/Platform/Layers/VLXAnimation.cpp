@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
+#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 
 VLXAnimationDelegate::~VLXAnimationDelegate() = default;
 
@@ -114,12 +115,21 @@ std::shared_ptr<VLXAnimation> VLXPropertyAnimation::copy() const {
     return VLXMakeShared<VLXPropertyAnimation>(*this);
 }
 
-void VLXPropertyAnimation::prepareForLayer(const VLXLayer&) {
-    // Reads the layer once the layer's key-value interface is in.
+void VLXPropertyAnimation::prepareForLayer(const VLXLayer& current) {
+    m_capturedBase = current.valueForKeyPath(m_keyPath);
 }
 
-void VLXPropertyAnimation::applyAtProgress(VLXLayer&, const VLXLayer&, double) const {
-    // Writes to the layer once the layer's key-value interface is in.
+void VLXPropertyAnimation::applyAtProgress(VLXLayer& presentation, const VLXLayer& model,
+                                           double progress) const {
+    if (m_keyPath.empty()) {
+        return;
+    }
+    const VLXValue base =
+        m_capturedBase ? *m_capturedBase : presentation.valueForKeyPath(m_keyPath);
+    VLXValue value = valueAtProgress(progress, base, model.valueForKeyPath(m_keyPath));
+    if (!value.isNil()) {
+        presentation.setValueForKeyPath(value, m_keyPath);
+    }
 }
 
 VLXValue VLXPropertyAnimation::valueAtProgress(double, const VLXValue&, const VLXValue&) const {

@@ -6,6 +6,7 @@
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include <VelmarCoreUI/Platform/Layers/Private/VLXInterpolationComponents.h>
 #include <VelmarCoreUI/Platform/Layers/VLXInterpolation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 
 // The frames unpacked once per animation (the layer evaluates its attached copy every frame).
 struct VLXKeyframeAnimation::EvaluationCache {
@@ -67,7 +68,7 @@ void VLXKeyframeAnimation::setKeyTimes(std::optional<std::vector<double>> keyTim
     invalidateEvaluationCache();
 }
 
-void VLXKeyframeAnimation::invalidateEvaluationCache() {
+void VLXKeyframeAnimation::invalidateEvaluationCache() const {
     m_cache.reset();
 }
 
@@ -176,8 +177,15 @@ VLXValue VLXKeyframeAnimation::valueAtProgress(double progress, const VLXValue&,
     return valueAtProgress(progress);
 }
 
-void VLXKeyframeAnimation::applyAtProgress(VLXLayer&, const VLXLayer&, double) const {
-    // Writes to the layer once the layer's key-value interface is in.
+void VLXKeyframeAnimation::applyAtProgress(VLXLayer& presentation, const VLXLayer&,
+                                           double progress) const {
+    if (keyPath().empty()) {
+        return;
+    }
+    VLXValue value = valueAtProgress(progress);
+    if (!value.isNil()) {
+        presentation.setValueForKeyPath(value, keyPath());
+    }
 }
 
 std::string VLXKeyframeAnimation::description() const {

@@ -83,7 +83,7 @@ protected:
     VLXKeyframeAnimation(const VLXKeyframeAnimation& other);
 
     /// Subclasses whose `values()` change call this so the unpacked frames are rebuilt.
-    void invalidateEvaluationCache();
+    void invalidateEvaluationCache() const;
 
 private:
     struct EvaluationCache;
