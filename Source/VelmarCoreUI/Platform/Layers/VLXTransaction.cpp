@@ -1,5 +1,6 @@
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
+#include <VelmarCoreUI/Platform/Foundation/Private/VLXRunLoopDetail.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 
@@ -73,17 +74,23 @@ Level& innermost() {
 void notifyCommit(double time) {
     auto& s = state();
     s.lastCommitTime = time;
-    ++s.notifying;
+    // Also when an observer throws: the count goes back down and removals are compacted.
+    struct Notifying {
+        TransactionState& s;
+        explicit Notifying(TransactionState& st) : s(st) { ++s.notifying; }
+        ~Notifying() {
+            if (--s.notifying == 0 && s.observersRemoved) {
+                s.observersRemoved = false;
+                std::erase_if(s.observers, [](const CommitObserver& o) { return !o.block; });
+            }
+        }
+    } notifying(s);
     const std::size_t count = s.observers.size();
     for (std::size_t i = 0; i < count && i < s.observers.size(); ++i) {
         const auto block = s.observers[i].block;
         if (block && *block) {
             (*block)(time);
         }
-    }
-    if (--s.notifying == 0 && s.observersRemoved) {
-        s.observersRemoved = false;
-        std::erase_if(s.observers, [](const CommitObserver& o) { return !o.block; });
     }
 }
 
@@ -114,13 +121,25 @@ void commitImplicit() {
     }
 }
 
+// Makes the tokens missing at `index` and below, outermost first (a loop: nesting may be deep).
 std::shared_ptr<VLXTransactionToken> tokenForLevel(std::size_t index) {
-    auto& s = state();
-    if (!s.levels[index].token) {
-        auto outer = index > 0 ? tokenForLevel(index - 1) : nullptr;
-        s.levels[index].token = VLXTransactionAccess::makeToken(std::move(outer));
+    auto& levels = state().levels;
+    std::size_t first = index;
+    while (first > 0 && !levels[first].token) {
+        --first;
     }
-    return s.levels[index].token;
+    for (std::size_t i = first; i <= index; ++i) {
+        if (!levels[i].token) {
+            levels[i].token =
+                VLXTransactionAccess::makeToken(i > 0 ? levels[i - 1].token : nullptr);
+        }
+    }
+    return levels[index].token;
+}
+
+// Main-thread-only state is left alone on other threads.
+bool offLoopThread() {
+    return !vlx::detail::isLoopThread();
 }
 
 }  // namespace
@@ -132,15 +151,28 @@ VLXTransactionToken::~VLXTransactionToken() {
     if (m_completion) {
         VLXRunLoop::main().performInCallbacksPhase(std::move(m_completion));
     }
-    // m_outer is released after this body, so an outer completion queues after this one.
+    // Outer tokens that only this one holds are released here one by one, outermost last, so
+    // that their completions queue after this one and deep nesting does not recurse.
+    auto outer = std::move(m_outer);
+    while (outer && outer.use_count() == 1) {
+        auto next = std::move(outer->m_outer);
+        outer.reset();
+        outer = std::move(next);
+    }
 }
 
 void VLXTransaction::begin() {
+    if (offLoopThread()) {
+        return;
+    }
     registerWithRunLoop();
     state().levels.push_back(Level{});
 }
 
 void VLXTransaction::commit() {
+    if (offLoopThread()) {
+        return;
+    }
     auto& s = state();
     if (s.levels.empty() || s.levels.back().implicit) {
         return;
@@ -153,6 +185,9 @@ void VLXTransaction::commit() {
 }
 
 void VLXTransaction::flush() {
+    if (offLoopThread()) {
+        return;
+    }
     auto& s = state();
     if (s.levels.empty()) {
         return;
@@ -166,6 +201,9 @@ void VLXTransaction::flush() {
 }
 
 bool VLXTransaction::disableActions() {
+    if (offLoopThread()) {
+        return false;
+    }
     const auto& levels = state().levels;
     for (auto it = levels.rbegin(); it != levels.rend(); ++it) {
         if (it->disableActions) {
@@ -176,10 +214,16 @@ bool VLXTransaction::disableActions() {
 }
 
 void VLXTransaction::setDisableActions(bool disable) {
+    if (offLoopThread()) {
+        return;
+    }
     innermost().disableActions = disable;
 }
 
 double VLXTransaction::animationDuration() {
+    if (offLoopThread()) {
+        return kDefaultAnimationDuration;
+    }
     const auto& levels = state().levels;
     for (auto it = levels.rbegin(); it != levels.rend(); ++it) {
         if (it->duration) {
@@ -190,13 +234,16 @@ double VLXTransaction::animationDuration() {
 }
 
 void VLXTransaction::setAnimationDuration(double duration) {
-    if (!std::isfinite(duration) || duration < 0) {
+    if (!std::isfinite(duration) || duration < 0 || offLoopThread()) {
         return;
     }
     innermost().duration = duration;
 }
 
 std::shared_ptr<VLXMediaTimingFunction> VLXTransaction::animationTimingFunction() {
+    if (offLoopThread()) {
+        return nullptr;
+    }
     const auto& levels = state().levels;
     for (auto it = levels.rbegin(); it != levels.rend(); ++it) {
         if (it->timingFunction) {
@@ -207,10 +254,16 @@ std::shared_ptr<VLXMediaTimingFunction> VLXTransaction::animationTimingFunction(
 }
 
 void VLXTransaction::setAnimationTimingFunction(std::shared_ptr<VLXMediaTimingFunction> function) {
+    if (offLoopThread()) {
+        return;
+    }
     innermost().timingFunction = std::move(function);
 }
 
 std::function<void()> VLXTransaction::completionBlock() {
+    if (offLoopThread()) {
+        return {};
+    }
     const auto& levels = state().levels;
     if (levels.empty() || !levels.back().token) {
         return {};
@@ -219,11 +272,17 @@ std::function<void()> VLXTransaction::completionBlock() {
 }
 
 void VLXTransaction::setCompletionBlock(std::function<void()> block) {
+    if (offLoopThread()) {
+        return;
+    }
     ensureImplicitTransaction();
     tokenForLevel(state().levels.size() - 1)->m_completion = std::move(block);
 }
 
 void VLXTransaction::ensureImplicitTransaction() {
+    if (offLoopThread()) {
+        return;
+    }
     auto& s = state();
     if (!s.levels.empty()) {
         return;
@@ -235,13 +294,17 @@ void VLXTransaction::ensureImplicitTransaction() {
 }
 
 std::shared_ptr<VLXTransactionToken> VLXTransaction::currentAnimationToken() {
+    if (offLoopThread()) {
+        // A token of no transaction: holding and dropping it has no effect.
+        return VLXTransactionAccess::makeToken(nullptr);
+    }
     ensureImplicitTransaction();
     return tokenForLevel(state().levels.size() - 1);
 }
 
 VLXTransaction::CommitObserverToken VLXTransaction::addCommitObserver(
     std::function<void(double)> observer) {
-    if (!observer) {
+    if (!observer || offLoopThread()) {
         return 0;
     }
     auto& s = state();
@@ -252,6 +315,9 @@ VLXTransaction::CommitObserverToken VLXTransaction::addCommitObserver(
 }
 
 void VLXTransaction::removeCommitObserver(CommitObserverToken token) {
+    if (offLoopThread()) {
+        return;
+    }
     auto& s = state();
     const auto it = std::find_if(s.observers.begin(), s.observers.end(),
                                  [token](const CommitObserver& o) { return o.token == token; });
@@ -267,16 +333,25 @@ void VLXTransaction::removeCommitObserver(CommitObserverToken token) {
 }
 
 std::optional<double> VLXTransaction::lastCommitTime() {
+    if (offLoopThread()) {
+        return std::nullopt;
+    }
     return state().lastCommitTime;
 }
 
 int VLXTransaction::explicitDepth() {
+    if (offLoopThread()) {
+        return 0;
+    }
     const auto& levels = state().levels;
     const auto depth = static_cast<int>(levels.size());
     return !levels.empty() && levels.front().implicit ? depth - 1 : depth;
 }
 
 bool VLXTransaction::hasImplicitTransaction() {
+    if (offLoopThread()) {
+        return false;
+    }
     const auto& levels = state().levels;
     return !levels.empty() && levels.front().implicit;
 }

@@ -50,7 +50,9 @@ private:
 /// enabled, 0.25 s, nil). A setter called with no transaction open opens the implicit one, so
 /// it applies to the rest of that turn. The completion block is not inherited.
 ///
-/// Main thread only.
+/// Main thread only (the run loop's thread). On other threads `begin`, `commit`, `flush`, the
+/// setters and the hooks do nothing, getters give the defaults, and `currentAnimationToken`
+/// gives a token of no transaction.
 class VLX_EXPORT VLXTransaction {
 public:
     using CommitObserverToken = std::uint64_t;
