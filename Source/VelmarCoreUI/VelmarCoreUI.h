@@ -1,6 +1,11 @@
 #pragma once
 
 // Umbrella header: the whole public API of VelmarCoreUI.
+#include <VelmarCoreUI/Animation/VLXEasing.h>
+#include <VelmarCoreUI/Animation/VLXKeyframeAnimationBuilders.h>
+#include <VelmarCoreUI/Animation/VLXLayerAnimationHelpers.h>
+#include <VelmarCoreUI/Animation/VLXSpringAnimation.h>
+#include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
 #include <VelmarCoreUI/Color/VLXColorRamp.h>
 #include <VelmarCoreUI/Color/VLXColorRampInterval.h>
 #include <VelmarCoreUI/Color/VLXColorRampIntervalRange.h>
@@ -42,7 +47,13 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXTextAttributes.h>
+#include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXAnimationGroup.h>
+#include <VelmarCoreUI/Platform/Layers/VLXBasicAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXInterpolation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
+#include <VelmarCoreUI/Platform/Layers/VLXMediaTimingFunction.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXAffineTransform.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
