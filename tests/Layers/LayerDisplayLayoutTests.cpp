@@ -226,3 +226,26 @@ TEST(LayerLayout, TopDownIncludingLayersMarkedDuringThePass) {
     }
     VLXTransaction::commit();
 }
+
+TEST(LayerLayout, TheRunLoopServesMarkedTrees) {
+    ManualClock clock;
+    LayoutLog log;
+    auto root = named("root", &log);
+    auto child = BarLayer::create();
+    child->setBounds({{0, 0}, {10, 10}});
+    root->addSublayer(child);
+    clock.turn();  // adding marked the root; the turn lays it out and displays nothing
+    EXPECT_EQ(log.log, (std::vector<std::string>{"root"}));
+    EXPECT_EQ(child->draws, 0);
+
+    child->setNeedsDisplay();
+    child->setNeedsLayout();
+    // Moved to another tree before the turn: the new root's pass serves it.
+    auto other = VLXLayer::create();
+    other->addSublayer(child);
+    clock.turn();
+    EXPECT_EQ(child->draws, 1);
+    EXPECT_FALSE(child->needsLayout());
+    ASSERT_NE(child->contents(), nullptr);
+    root->setDelegate(nullptr);
+}

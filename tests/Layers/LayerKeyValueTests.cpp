@@ -219,7 +219,7 @@ TEST_F(LayerKeyValue, TreeTextDescribesTheLayers) {
     EXPECT_NE(first.find("backgroundColor="), std::string::npos) << first;
     EXPECT_NE(first.find("sublayers=1"), std::string::npos) << first;
     EXPECT_EQ(first.find("opacity"), std::string::npos) << first;  // default left out
-    EXPECT_EQ(second.rfind("  ", 0), 0u) << second;  // indented
+    EXPECT_EQ(second.rfind("  ", 0), 0u) << second;                // indented
     EXPECT_NE(second.find("GaugeLayer frame="), std::string::npos) << second;
     EXPECT_NE(second.find("opacity=0.5"), std::string::npos) << second;
     EXPECT_NE(second.find("hidden"), std::string::npos) << second;

@@ -59,14 +59,20 @@ VLXLayer::~VLXLayer() {
     // A sublayer we own alone hands its own sublayers (and mask) to the list before it dies, so
     // its destructor finds nothing left to walk.
     std::vector<std::shared_ptr<VLXLayer>> pending;
+    // A presentation copy shares its model's mask without owning it: only links that point
+    // back at the dying layer are cleared.
     auto release = [&pending](VLXLayer& layer) {
         for (auto& sublayer : layer.m_sublayers) {
-            sublayer->m_superlayer = nullptr;
+            if (sublayer->m_superlayer == &layer) {
+                sublayer->m_superlayer = nullptr;
+            }
             pending.push_back(std::move(sublayer));
         }
         layer.m_sublayers.clear();
         if (layer.m_mask) {
-            layer.m_mask->m_maskOwner = nullptr;
+            if (layer.m_mask->m_maskOwner == &layer) {
+                layer.m_mask->m_maskOwner = nullptr;
+            }
             pending.push_back(std::move(layer.m_mask));
         }
     };

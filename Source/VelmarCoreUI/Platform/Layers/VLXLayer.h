@@ -269,6 +269,12 @@ public:
     /// Positions the sublayers. The base asks the delegate's `layoutSublayersOfLayer`.
     virtual void layoutSublayers();
 
+    /// `layoutIfNeeded` / `displayTreeIfNeeded` of every tree with a marked layer (run by the
+    /// main run loop's Layout and Display phases, so a marked layer is served within the turn,
+    /// attached to a window or not).
+    static void layoutAllIfNeeded();
+    static void displayAllIfNeeded();
+
     // --- hit testing and conversion ------------------------------------------------------
     /// `point` in this layer's coordinates: inside the (standardised) bounds, half-open on the
     /// max edges.
@@ -397,6 +403,8 @@ private:
     bool m_needsLayout = false;
     bool m_subtreeNeedsDisplay = false;
     bool m_subtreeNeedsLayout = false;
+    bool m_queuedForLayout = false;   // listed as a root for the next layout pass
+    bool m_queuedForDisplay = false;  // listed as a root for the next display pass
     std::optional<VLXColor> m_backgroundColor;
     double m_cornerRadius = 0;
     double m_borderWidth = 0;

@@ -69,7 +69,10 @@ struct VLXLayerAccess {
         }
         t.installed = true;
         VLXTransaction::addCommitObserver([](double commitTime) { commit(commitTime); });
-        VLXRunLoop::main().addObserver(VLXRunLoopPhase::Tick, [] { tick(VLXClock::now()); });
+        VLXRunLoop& loop = VLXRunLoop::main();
+        loop.addObserver(VLXRunLoopPhase::Layout, [] { VLXLayer::layoutAllIfNeeded(); });
+        loop.addObserver(VLXRunLoopPhase::Display, [] { VLXLayer::displayAllIfNeeded(); });
+        loop.addObserver(VLXRunLoopPhase::Tick, [] { tick(VLXClock::now()); });
     }
 
     // Animations added in the committed transaction start: begin time 0 becomes the commit time.

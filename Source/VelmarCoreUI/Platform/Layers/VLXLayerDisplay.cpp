@@ -10,6 +10,27 @@
 #include <VelmarCoreUI/Platform/Layers/Private/VLXLayerInternal.h>
 
 namespace {
+
+// Roots of trees with marked layers, served by the run loop's Layout and Display phases.
+struct MarkedRoots {
+    std::vector<std::weak_ptr<VLXLayer>> layout;
+    std::vector<std::weak_ptr<VLXLayer>> display;
+    // The lists being served (kept to reuse their storage) and re-entry guards.
+    std::vector<std::weak_ptr<VLXLayer>> servingLayout;
+    std::vector<std::weak_ptr<VLXLayer>> servingDisplay;
+    bool inLayout = false;
+    bool inDisplay = false;
+};
+
+MarkedRoots& markedRoots() {
+    static auto* roots = new MarkedRoots();  // as long-lived as the run loop
+    return *roots;
+}
+
+std::weak_ptr<VLXLayer> weakLayer(VLXLayer* layer) {
+    return std::static_pointer_cast<VLXLayer>(layer->weak_from_this().lock());
+}
+
 // Passes of `layoutIfNeeded` that find layers marked by an earlier pass; layout code that keeps
 // marking itself would otherwise never stop.
 constexpr int kMaximumLayoutPasses = 64;
@@ -18,10 +39,36 @@ constexpr int kMaximumLayoutPasses = 64;
 // --- display ----------------------------------------------------------------------------------
 
 void VLXLayer::markSubtreeNeedsDisplay() {
-    for (VLXLayer* l = this; l && !l->m_subtreeNeedsDisplay;
-         l = vlx::detail::coordinateParent(*l)) {
+    VLXLayer* l = this;
+    VLXLayer* last = nullptr;
+    for (; l && !l->m_subtreeNeedsDisplay; l = vlx::detail::coordinateParent(*l)) {
         l->m_subtreeNeedsDisplay = true;
+        last = l;
     }
+    if (!l && last && !last->m_queuedForDisplay) {  // a root newly marked
+        last->m_queuedForDisplay = true;
+        markedRoots().display.push_back(weakLayer(last));
+    }
+}
+
+void VLXLayer::displayAllIfNeeded() {
+    MarkedRoots& roots = markedRoots();
+    if (roots.inDisplay) {
+        return;
+    }
+    roots.inDisplay = true;
+    roots.servingDisplay.swap(roots.display);
+    roots.display.clear();
+    for (const auto& weak : roots.servingDisplay) {
+        if (auto root = weak.lock()) {
+            root->m_queuedForDisplay = false;
+            if (!vlx::detail::coordinateParent(*root)) {
+                root->displayTreeIfNeeded();
+            }
+        }
+    }
+    roots.servingDisplay.clear();
+    roots.inDisplay = false;
 }
 
 void VLXLayer::setNeedsDisplay() {
@@ -97,9 +144,41 @@ void VLXLayer::drawInContext(VLXGraphicsContext& context) {
 // --- layout -----------------------------------------------------------------------------------
 
 void VLXLayer::markSubtreeNeedsLayout() {
-    for (VLXLayer* l = this; l && !l->m_subtreeNeedsLayout; l = vlx::detail::coordinateParent(*l)) {
+    VLXLayer* l = this;
+    VLXLayer* last = nullptr;
+    for (; l && !l->m_subtreeNeedsLayout; l = vlx::detail::coordinateParent(*l)) {
         l->m_subtreeNeedsLayout = true;
+        last = l;
     }
+    if (!l && last && !last->m_queuedForLayout) {
+        last->m_queuedForLayout = true;
+        markedRoots().layout.push_back(weakLayer(last));
+    }
+}
+
+void VLXLayer::layoutAllIfNeeded() {
+    MarkedRoots& roots = markedRoots();
+    if (roots.inLayout) {
+        return;
+    }
+    roots.inLayout = true;
+    roots.servingLayout.swap(roots.layout);
+    roots.layout.clear();
+    for (const auto& weak : roots.servingLayout) {
+        if (auto root = weak.lock()) {
+            root->m_queuedForLayout = false;
+            if (!vlx::detail::coordinateParent(*root)) {
+                root->layoutIfNeeded();
+                if (root->m_subtreeNeedsLayout && !root->m_queuedForLayout) {
+                    // Still marked after the capped passes: again next turn.
+                    root->m_queuedForLayout = true;
+                    roots.layout.push_back(root);
+                }
+            }
+        }
+    }
+    roots.servingLayout.clear();
+    roots.inLayout = false;
 }
 
 void VLXLayer::setNeedsLayout() {

@@ -36,12 +36,15 @@ std::optional<VLXLayerHomography> VLXLayerHomography::inverted() const {
 }
 
 VLXLayerHomography layerToParent(const VLXLayer& layer) {
+    return layerToParent(layer, layer.position());
+}
+
+VLXLayerHomography layerToParent(const VLXLayer& layer, VLXPoint p) {
     const VLXRect b = layer.bounds();
     const VLXPoint anchor = layer.anchorPoint();
     const double ax = VLXRectGetMinX(b) + anchor.x * VLXRectGetWidth(b);
     const double ay = VLXRectGetMinY(b) + anchor.y * VLXRectGetHeight(b);
     const VLXTransform3D t = layer.transform();
-    const VLXPoint p = layer.position();
     // (x − a) · T + p, keeping only the rows and columns that act on the z = 0 plane.
     VLXLayerHomography h;
     h.m[0][0] = t.m11;
@@ -186,11 +189,9 @@ void VLXLayer::setFrame(const VLXRect& frame) {
     }
     setBounds(VLXRect{m_bounds.origin, size});
     // The frame moves with the position one to one: place it so that the origins meet.
-    VLXLayerHomography h = vlx::detail::layerToParent(*this);
-    const VLXPoint oldPosition = m_position;
-    const VLXRect at = boundingBoxOfCorners(m_bounds, h);
-    setPosition(VLXPoint{oldPosition.x + (f.origin.x - at.origin.x),
-                         oldPosition.y + (f.origin.y - at.origin.y)});
+    const VLXRect atZero =
+        boundingBoxOfCorners(m_bounds, vlx::detail::layerToParent(*this, VLXPointZero));
+    setPosition(VLXPoint{f.origin.x - atZero.origin.x, f.origin.y - atZero.origin.y});
 }
 
 bool VLXLayer::containsPoint(VLXPoint point) const {

@@ -78,6 +78,8 @@ struct VLXLayerHomography {
 
 // Own coordinates → superlayer coordinates (for a mask: → its owner's coordinates).
 VLXLayerHomography layerToParent(const VLXLayer& layer);
+// The same map as if the layer's position were `position`.
+VLXLayerHomography layerToParent(const VLXLayer& layer, VLXPoint position);
 // The parent in the coordinate chain: the superlayer, or the layer masked by it.
 inline VLXLayer* coordinateParent(const VLXLayer& layer) {
     return layer.superlayer() ? layer.superlayer() : layer.maskOwner();
