@@ -352,7 +352,15 @@ bool VLXLayer::isDescendantOf(const VLXLayer* layer) const {
 bool VLXLayer::canAdopt(const VLXLayer* layer) const {
     // Adopting this layer or an ancestor would make the tree a cycle. Presentation copies are
     // detached snapshots and never form trees.
-    return layer && !m_isPresentation && !layer->m_isPresentation && !isDescendantOf(layer);
+    if (!layer || m_isPresentation || layer->m_isPresentation) {
+        return false;
+    }
+    // A layer without sublayers or mask can only be an ancestor of itself: building a deep
+    // tree top-down then costs no walk up per level.
+    if (layer->m_sublayers.empty() && !layer->m_mask) {
+        return layer != this;
+    }
+    return !isDescendantOf(layer);
 }
 
 void VLXLayer::detachFromParent() {
