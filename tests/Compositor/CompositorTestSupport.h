@@ -41,13 +41,20 @@ inline constexpr RGBA8 kGreen{255, 0, 255, 0};
 inline constexpr RGBA8 kBlue{255, 0, 0, 255};
 inline constexpr RGBA8 kBlack{255, 0, 0, 0};
 
-/// Changes made inside run without actions, as one committed transaction.
+/// Changes made inside run without actions, as one committed transaction; changes made earlier
+/// outside any transaction (which opened the implicit one) are committed too.
 template <class Body>
 void withoutActions(Body body) {
     VLXTransaction::begin();
     VLXTransaction::setDisableActions(true);
     body();
     VLXTransaction::commit();
+    VLXTransaction::flush();
+}
+
+/// Commits what is pending (the implicit transaction), as the end of a run-loop turn would.
+inline void commitPending() {
+    VLXTransaction::flush();
 }
 
 /// A layer at `frame` (anchor in the middle) with an optional background.

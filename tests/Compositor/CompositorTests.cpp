@@ -171,6 +171,7 @@ TEST(Compositor, UnchangedFramesAreReused) {
     animation->setFromValue(VLXValue(0.0));
     animation->setToValue(VLXValue(1.0));
     animation->setDuration(1);
+    commitPending();
     VLXTransaction::begin();
     child->addAnimation(animation, std::string("fade"));
     VLXTransaction::commit();
