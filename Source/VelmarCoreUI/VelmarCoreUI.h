@@ -50,10 +50,13 @@
 #include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimationGroup.h>
 #include <VelmarCoreUI/Platform/Layers/VLXBasicAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
+#include <VelmarCoreUI/Platform/Layers/VLXGradientLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXInterpolation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXMediaTimingFunction.h>
+#include <VelmarCoreUI/Platform/Layers/VLXShapeLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXAffineTransform.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
@@ -67,3 +70,5 @@
 #include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXValueBoxing.h>
 #include <VelmarCoreUI/VLXVersion.h>
+#include <VelmarCoreUI/Views/VLXArcLayer.h>
+#include <VelmarCoreUI/Views/VLXCircularLayer.h>
