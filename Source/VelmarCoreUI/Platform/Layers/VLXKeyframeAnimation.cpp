@@ -14,8 +14,8 @@ struct VLXKeyframeAnimation::EvaluationCache {
     std::size_t frameCount = 0;
     VLXInterpolationKind kind = VLXInterpolationKind::None;  // None: frames mixed or opaque
     std::size_t components = 0;
-    std::vector<double> entries;   // frameCount × components
-    std::vector<double> keyTimes;  // empty: evenly spaced
+    std::vector<double> entries;                    // frameCount × components
+    const std::vector<double>* keyTimes = nullptr;  // the animation's own; null: evenly spaced
 };
 
 namespace {
@@ -85,7 +85,7 @@ const VLXKeyframeAnimation::EvaluationCache& VLXKeyframeAnimation::evaluationCac
     cache->framesData = frames.data();
     cache->frameCount = frames.size();
     if (m_keyTimes && keyTimesFit(*m_keyTimes, frames.size())) {
-        cache->keyTimes = *m_keyTimes;
+        cache->keyTimes = &*m_keyTimes;
     }
     if (!frames.empty()) {
         VLXInterpolationKind kind = VLXInterpolationKindOf(frames.front());
@@ -115,59 +115,72 @@ const VLXKeyframeAnimation::EvaluationCache& VLXKeyframeAnimation::evaluationCac
     return *m_cache;
 }
 
-std::optional<VLXKeyframeAnimation::Segment> VLXKeyframeAnimation::segmentAtProgress(
-    double progress) const {
-    const EvaluationCache& cache = evaluationCache();
-    const std::size_t count = cache.frameCount;
-    if (count == 0) {
-        return std::nullopt;
-    }
+namespace {
+
+// The segment of `progress` within the cached frames (count ≥ 1).
+VLXKeyframeAnimation::Segment findSegment(std::size_t count, const std::vector<double>* keyTimes,
+                                          double progress) {
     const double p = progress > 0.0 ? std::min(progress, 1.0) : 0.0;  // NaN → 0
     if (count == 1) {
-        return Segment{0, 0.0};
+        return {0, 0.0};
     }
     if (p >= 1.0) {
-        return Segment{count - 1, 0.0};
+        return {count - 1, 0.0};
     }
-    if (cache.keyTimes.empty()) {
+    if (!keyTimes) {
         const double x = p * static_cast<double>(count - 1);  // in [0, count − 1)
         const auto index = std::min(static_cast<std::size_t>(x), count - 2);
-        return Segment{index, x - static_cast<double>(index)};
+        return {index, x - static_cast<double>(index)};
     }
-    const std::vector<double>& times = cache.keyTimes;
+    const std::vector<double>& times = *keyTimes;
     if (p < times.front()) {
-        return Segment{0, 0.0};
+        return {0, 0.0};
     }
     if (p >= times.back()) {
-        return Segment{count - 1, 0.0};
+        return {count - 1, 0.0};
     }
     // times[index] ≤ p < times[index + 1], so the segment has a positive length.
     const auto upper = std::upper_bound(times.begin(), times.end(), p);
     const auto index = static_cast<std::size_t>(upper - times.begin()) - 1;
-    return Segment{index, (p - times[index]) / (times[index + 1] - times[index])};
+    return {index, (p - times[index]) / (times[index + 1] - times[index])};
+}
+
+}  // namespace
+
+std::optional<VLXKeyframeAnimation::Segment> VLXKeyframeAnimation::segmentAtProgress(
+    double progress) const {
+    const EvaluationCache& cache = evaluationCache();
+    if (cache.frameCount == 0) {
+        return std::nullopt;
+    }
+    return findSegment(cache.frameCount, cache.keyTimes, progress);
 }
 
 VLXValue VLXKeyframeAnimation::valueAtProgress(double progress) const {
-    const auto segment = segmentAtProgress(progress);
-    if (!segment) {
+    // One look at the frames per evaluation: the cache checks they are still the same list.
+    const EvaluationCache& cache = evaluationCache();
+    if (cache.frameCount == 0) {
         return {};
     }
-    const VLXValue::Array& frames = values();
-    const std::size_t i = segment->index;
-    if (segment->fraction == 0.0 || i + 1 >= frames.size() ||
+    const Segment segment = findSegment(cache.frameCount, cache.keyTimes, progress);
+    const VLXValue* frames = cache.framesData;
+    const std::size_t i = segment.index;
+    if (segment.fraction == 0.0 || i + 1 >= cache.frameCount ||
         m_calculationMode == VLXAnimationCalculationMode::Discrete) {
         return frames[i];
     }
-    const EvaluationCache& cache = *m_cache;
     if (cache.kind == VLXInterpolationKind::None) {
-        return VLXInterpolateValues(frames[i], frames[i + 1], segment->fraction);
+        return VLXInterpolateValues(frames[i], frames[i + 1], segment.fraction);
     }
     const std::size_t n = cache.components;
     const double* a = cache.entries.data() + i * n;
     const double* b = a + n;
+    if (cache.kind == VLXInterpolationKind::Number) {
+        return VLXValue(VLXInterpolateDouble(a[0], b[0], segment.fraction));
+    }
     double out[vlx::detail::kMaxInterpolationComponents];
     for (std::size_t k = 0; k < n; ++k) {
-        out[k] = VLXInterpolateDouble(a[k], b[k], segment->fraction);
+        out[k] = VLXInterpolateDouble(a[k], b[k], segment.fraction);
     }
     return vlx::detail::valueFromComponents(cache.kind, out, n, frames[i]);
 }
