@@ -37,3 +37,4 @@ GalleryPage makeDrawingPage(const std::filesystem::path& outputDirectory);
 GalleryPage makePathsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeImagesPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeTextPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeLayersPage(const std::filesystem::path& outputDirectory);

@@ -9,6 +9,7 @@ const std::vector<GalleryPageBuilder>& galleryPageBuilders() {
     static const std::vector<GalleryPageBuilder> builders = {
         makeColorPage, makeFoundationPage, makeDrawingPage,
         makePathsPage, makeImagesPage,     makeTextPage,
+        makeLayersPage,
     };
     return builders;
 }

@@ -103,6 +103,10 @@ TEST(LayerActions, DefaultImplicitAnimationsUseTheTransaction) {
 TEST(LayerActions, SearchOrderDelegateThenDictionaryThenDefault) {
     ManualClock clock;
     auto layer = VLXLayer::create();
+    // Before the first commit, only the delegate and the dictionary answer.
+    layer->setBorderWidth(1);
+    EXPECT_EQ(layer->attachedAnimation("borderWidth"), nullptr);
+    clock.turn();
     ScriptedDelegate delegate;
     layer->setDelegate(&delegate);
     auto fromDictionary = VLXBasicAnimation::animationWithKeyPath("bounds");

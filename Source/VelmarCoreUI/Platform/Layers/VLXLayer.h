@@ -230,7 +230,8 @@ public:
     const Actions& actions() const { return m_actions; }
     void setActions(Actions actions) { m_actions = std::move(actions); }
     /// The action for a change of `key`: the delegate's answer (a "no action" answer stops the
-    /// search with null), then the `actions` dictionary, then `defaultActionForKey`.
+    /// search with null), then the `actions` dictionary, then `defaultActionForKey` — only once
+    /// the layer has been committed (a layer being set up gets no implicit animations).
     virtual std::shared_ptr<VLXAnimation> actionForKey(std::string_view key);
     /// The class-level implicit action: for "bounds", "position", "anchorPoint", "opacity",
     /// "backgroundColor", "cornerRadius", "borderColor", "borderWidth", "transform" and

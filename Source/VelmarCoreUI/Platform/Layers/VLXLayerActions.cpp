@@ -31,6 +31,11 @@ std::shared_ptr<VLXAnimation> VLXLayer::actionForKey(std::string_view key) {
     if (const auto it = m_actions.find(key); it != m_actions.end()) {
         return it->second;
     }
+    // Nothing of a layer that was never committed is on screen yet: its set-up (frame, colours
+    // …) appears at once instead of growing from zero.
+    if (!isCommitted()) {
+        return nullptr;
+    }
     return defaultActionForKey(key);
 }
 
