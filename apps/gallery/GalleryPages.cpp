@@ -10,6 +10,7 @@ const std::vector<GalleryPageBuilder>& galleryPageBuilders() {
         makeColorPage, makeFoundationPage, makeDrawingPage,
         makePathsPage, makeImagesPage,     makeTextPage,
         makeLayersPage,
+        makeEasingPage, makeSpringsPage,
         makeCompositorPage, makeArcsPage,
     };
     return builders;
