@@ -185,27 +185,29 @@ void layersCases() {
     });
     auto context = VLXGraphicsContext::createBitmap(VLXSizeMake(kWidth, kHeight), 1);
     auto compositor = VLXCompositor::create();
-    const double ours = milliseconds(
-        [&] {
-            context->clearRect(VLXRectMake(0, 0, kWidth, kHeight));
-            compositor->renderInto(*root, *context);
-        },
-        10);
     RawCairo raw;
-    const double baseline = milliseconds(
-        [&] {
-            raw.clear();
-            for (const Shape& shape : shapes) {
-                cairo_new_path(raw.cr);
-                rawPath(raw.cr, shape.path, shape.origin);
-                setColor(raw.cr, shape.fill);
-                cairo_fill_preserve(raw.cr);
-                setColor(raw.cr, shape.stroke);
-                cairo_set_line_width(raw.cr, shape.lineWidth);
-                cairo_stroke(raw.cr);
-            }
-        },
-        10);
+    auto ourFrame = [&] {
+        context->clearRect(VLXRectMake(0, 0, kWidth, kHeight));
+        compositor->renderInto(*root, *context);
+    };
+    auto rawFrame = [&] {
+        raw.clear();
+        for (const Shape& shape : shapes) {
+            cairo_new_path(raw.cr);
+            rawPath(raw.cr, shape.path, shape.origin);
+            setColor(raw.cr, shape.fill);
+            cairo_fill_preserve(raw.cr);
+            setColor(raw.cr, shape.stroke);
+            cairo_set_line_width(raw.cr, shape.lineWidth);
+            cairo_stroke(raw.cr);
+        }
+    };
+    // Alternating runs, best of each: the machine's load shifts hit both sides alike.
+    double ours = 1e300, baseline = 1e300;
+    for (int i = 0; i < 15; ++i) {
+        ours = std::min(ours, milliseconds(ourFrame, 1));
+        baseline = std::min(baseline, milliseconds(rawFrame, 1));
+    }
     printCase("layers-2000", ours, baseline);
 
     // A window's frame loop: the first frame rasterises, the second finds nothing changed.
