@@ -127,6 +127,10 @@ TEST(VLXSpringAnimation, EdgeCasesOfTheFrameCount) {
     auto nanStiffness = numberSpring(0, 1);
     nanStiffness->setStiffness(kNaN);
     EXPECT_TRUE(nanStiffness->values().empty());
+    // A spring that practically never settles ends at the frame limit.
+    auto endless = numberSpring(0, 1);
+    endless->setDamping(1e-12);
+    EXPECT_EQ(endless->values().size(), VLXSpringAnimation::kMaximumFrames);
     // Over-damped springs approach without oscillating.
     auto heavy = numberSpring(0, 10);
     heavy->setDamping(200);

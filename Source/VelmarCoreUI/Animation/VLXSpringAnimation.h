@@ -48,8 +48,9 @@ VLX_EXPORT bool VLXCalculationsAreComplete(double previous1, double current1, do
 /// settle); and a spring that has not settled after `kMaximumFrames` frames ends there.
 class VLX_EXPORT VLXSpringAnimation : public VLXKeyframeAnimation {
 public:
-    /// 1 000 s of spring time.
-    static constexpr std::size_t kMaximumFrames = 1'000'000;
+    /// 250 s of spring time: far beyond a damping of 1 with the default mass (about 92 s), and
+    /// small enough that a spring that never settles (damping near 0) costs tens of MB at most.
+    static constexpr std::size_t kMaximumFrames = 250'000;
 
     static std::shared_ptr<VLXSpringAnimation> create();
     static std::shared_ptr<VLXSpringAnimation> animationWithKeyPath(std::string keyPath);
