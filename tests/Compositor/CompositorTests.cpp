@@ -255,3 +255,38 @@ TEST(Compositor, DeepTreesNeedNoRecursion) {
         (*it)->removeFromSuperlayer();
     }
 }
+
+namespace {
+
+// Draws another layer tree through the compositor from inside its own drawing.
+class SnapshotLayer : public VLXLayer {
+public:
+    static std::shared_ptr<SnapshotLayer> create() { return makeInitialized<SnapshotLayer>(); }
+    std::shared_ptr<VLXLayer> source;
+    void drawInContext(VLXGraphicsContext& context) override {
+        if (source) {
+            VLXCompositor::render(*source, context);
+        }
+    }
+};
+
+}  // namespace
+
+TEST(Compositor, DrawingMayRenderAnotherTree) {
+    auto inner = makeLayer(VLXRectMake(0, 0, 10, 10), VLXColor::colorWithRed(0, 0, 1, 1));
+    auto snapshot = makeLayer<SnapshotLayer>(VLXRectMake(10, 0, 10, 10));
+    snapshot->source = inner;
+    snapshot->setNeedsDisplay();
+    auto root = makeLayer(VLXRectMake(0, 0, 30, 10), VLXColor::redColor());
+    auto after = makeLayer(VLXRectMake(20, 0, 10, 10), VLXColor::colorWithRed(0, 1, 0, 1));
+    root->addSublayer(snapshot);
+    root->addSublayer(after);
+    commitPending();
+    // The static walk is re-entered from the snapshot's display: both walks finish intact.
+    auto context = VLXGraphicsContext::createBitmap(VLXSize{30, 10}, 1);
+    VLXCompositor::render(*root, *context);
+    auto image = context->makeImage();
+    EXPECT_TRUE(near(pixelAt(*image, 5, 5), kRed));
+    EXPECT_TRUE(near(pixelAt(*image, 15, 5), kBlue));
+    EXPECT_TRUE(near(pixelAt(*image, 25, 5), kGreen));
+}

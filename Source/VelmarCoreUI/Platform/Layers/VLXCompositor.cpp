@@ -69,7 +69,9 @@ struct VLXCompositor::Walker {
     };
 
     std::vector<Frame> stack;
-    std::vector<const VLXLayer*> order;
+    // Sublayers still to draw, held strongly: a display on the way may change the tree.
+    std::vector<std::shared_ptr<VLXLayer>> order;
+    bool busy = false;
     VLXGraphicsContext* context = nullptr;
     cairo_t* cr = nullptr;
     bool bitmap = true;
@@ -81,12 +83,13 @@ struct VLXCompositor::Walker {
         if (cr == nullptr || !target.isValid()) {
             return;
         }
+        busy = true;
         target.saveGState();
         enter(root, 1);
         while (!stack.empty()) {
             const std::size_t top = stack.size() - 1;
             if (stack[top].next < stack[top].childEnd) {
-                const VLXLayer* child = order[stack[top].next++];
+                const std::shared_ptr<VLXLayer> child = order[stack[top].next++];
                 enter(*child, stack[top].alpha);
                 continue;
             }
@@ -103,6 +106,7 @@ struct VLXCompositor::Walker {
         }
         target.restoreGState();
         order.clear();
+        busy = false;
     }
 
     void enter(const VLXLayer& model, double outerAlpha) {
@@ -192,16 +196,15 @@ struct VLXCompositor::Walker {
         const auto& sublayers = model.sublayers();
         bool ordered = true;
         for (const auto& sublayer : sublayers) {
-            order.push_back(sublayer.get());
+            order.push_back(sublayer);
             ordered = ordered && sublayer->zPosition() == 0;
         }
         frame.childEnd = order.size();
         frame.next = frame.childBegin;
         if (!ordered) {
-            std::stable_sort(order.begin() + static_cast<std::ptrdiff_t>(frame.childBegin),
-                             order.end(), [](const VLXLayer* a, const VLXLayer* b) {
-                                 return a->zPosition() < b->zPosition();
-                             });
+            std::stable_sort(
+                order.begin() + static_cast<std::ptrdiff_t>(frame.childBegin), order.end(),
+                [](const auto& a, const auto& b) { return a->zPosition() < b->zPosition(); });
         }
         stack.push_back(std::move(frame));
     }
@@ -263,10 +266,21 @@ VLXCompositor::~VLXCompositor() = default;
 
 void VLXCompositor::render(const VLXLayer& root, VLXGraphicsContext& context) {
     thread_local Walker walker;
+    if (walker.busy) {
+        // Called from a layer's drawing during a walk: a walker of its own.
+        Walker nested;
+        nested.run(root, context);
+        return;
+    }
     walker.run(root, context);
 }
 
 void VLXCompositor::renderInto(const VLXLayer& root, VLXGraphicsContext& context) {
+    if (m_walker->busy) {
+        Walker nested;
+        nested.run(root, context);
+        return;
+    }
     m_walker->run(root, context);
 }
 
@@ -297,6 +311,9 @@ void VLXCompositor::invalidate() {
 
 std::shared_ptr<VLXImage> VLXCompositor::renderFrame(const VLXLayer& root, VLXSize size,
                                                      double scale) {
+    if (m_walker->busy) {
+        return nullptr;  // asked from a drawing inside this compositor's own walk
+    }
     const double now = VLXClock::now();
     const bool animating = VLXLayer::animatedLayerCount() > 0;
     const bool sameRoot = m_lastRoot == &root && !m_lastRootLifetime.expired();
@@ -315,7 +332,7 @@ std::shared_ptr<VLXImage> VLXCompositor::renderFrame(const VLXLayer& root, VLXSi
     } else {
         m_context->clearRect(VLXRect{{0, 0}, size});
     }
-    m_walker->run(root, *m_context);
+    renderInto(root, *m_context);
     m_lastImage = m_context->makeImage();
     m_lastRoot = &root;
     m_lastRootLifetime = root.weak_from_this();

@@ -53,7 +53,8 @@ public:
     /// A frame of `size` points at `scale` pixels per point, transparent where nothing is drawn.
     /// When nothing changed since the last frame of the same root, size and scale (no model,
     /// tree or contents change anywhere, and no animation running), the last image itself is
-    /// returned without rendering. Nil when the size or scale cannot make a bitmap.
+    /// returned without rendering. Nil when the size or scale cannot make a bitmap, and when
+    /// called from a drawing inside this compositor's own walk.
     std::shared_ptr<VLXImage> renderFrame(const VLXLayer& root, VLXSize size, double scale);
 
     /// Frames rasterised and frames answered with the previous image.
