@@ -290,3 +290,47 @@ TEST(Compositor, DrawingMayRenderAnotherTree) {
     EXPECT_TRUE(near(pixelAt(*image, 15, 5), kBlue));
     EXPECT_TRUE(near(pixelAt(*image, 25, 5), kGreen));
 }
+
+namespace {
+
+// Counts its drawings; draws a half-point red bar at the top of its bounds.
+class CountingLayer : public VLXLayer {
+public:
+    static std::shared_ptr<CountingLayer> create() { return makeInitialized<CountingLayer>(); }
+    int draws = 0;
+    void drawInContext(VLXGraphicsContext& context) override {
+        ++draws;
+        context.setFillColor(VLXColor::redColor());
+        context.fillRect(VLXRectMake(0, 0, bounds().size.width, 0.5));
+    }
+};
+
+}  // namespace
+
+TEST(Compositor, CachedContentsAtTheirScale) {
+    auto root = makeLayer(VLXRectMake(0, 0, 20, 10));
+    auto drawn = makeLayer<CountingLayer>(VLXRectMake(0, 0, 10, 10));
+    auto sibling = makeLayer(VLXRectMake(10, 0, 10, 10), VLXColor::colorWithRed(0, 0, 1, 1));
+    withoutActions([&] { drawn->setContentsScale(2); });
+    drawn->setNeedsDisplay();
+    root->addSublayer(drawn);
+    root->addSublayer(sibling);
+    commitPending();
+    auto compositor = VLXCompositor::create();
+    auto image = compositor->renderFrame(*root, VLXSize{20, 10}, 2);
+    EXPECT_EQ(drawn->draws, 1);
+    // Contents made at 2 px/pt keep the half-point bar one full pixel high at scale 2.
+    EXPECT_TRUE(near(pixelAt(*image, 5, 0), kRed));
+    EXPECT_TRUE(near(pixelAt(*image, 5, 1), kClear));
+
+    // Another layer's change renders a new frame, but this layer's contents are reused.
+    withoutActions([&] { sibling->setBackgroundColor(VLXColor::colorWithRed(0, 1, 0, 1)); });
+    image = compositor->renderFrame(*root, VLXSize{20, 10}, 2);
+    EXPECT_EQ(compositor->framesRendered(), 2u);
+    EXPECT_EQ(drawn->draws, 1);
+    EXPECT_TRUE(near(pixelAt(*image, 30, 5), kGreen));
+    EXPECT_TRUE(near(pixelAt(*image, 5, 0), kRed));
+    drawn->setNeedsDisplay();
+    compositor->renderFrame(*root, VLXSize{20, 10}, 2);
+    EXPECT_EQ(drawn->draws, 2);
+}
