@@ -245,6 +245,22 @@ TEST(Compositor, DeepTreesNeedNoRecursion) {
     EXPECT_TRUE(near(pixelAt(*image, 101, 2), kRed, 4));
     EXPECT_TRUE(near(pixelAt(*image, 98, 2), kClear));
     EXPECT_FALSE(VLXCompositor::renderSVG(*root, VLXSize{120, 20}).empty());
+
+    // Translucent levels that each paint two things would each need a group: nesting stops at a
+    // bounded depth (alpha folded in below it), and the opacities still multiply.
+    withoutActions([&] {
+        for (VLXLayer* layer = root->sublayers().front().get();;) {
+            layer->setOpacity(0.9999);
+            layer->setBorderWidth(0.001);
+            if (layer->sublayers().empty()) {
+                break;
+            }
+            layer = layer->sublayers().front().get();
+        }
+    });
+    image = renderOnce(*root, 120, 20);
+    ASSERT_TRUE(image);
+    EXPECT_NEAR(pixelAt(*image, 101, 2).a, 255 * std::pow(0.9999, 10000), 4);
     // Take the chain apart from the bottom so that no destructor recurses 10 000 deep either.
     std::vector<std::shared_ptr<VLXLayer>> chain;
     for (VLXLayer* layer = root.get(); !layer->sublayers().empty();) {

@@ -16,6 +16,10 @@
 
 namespace {
 
+// Each cairo group is a surface the size of the clip: deeper nesting than this draws like a
+// document (alpha folded in, masks as clips) rather than exhausting memory.
+constexpr int kMaximumGroupDepth = 32;
+
 // Control distance of a quarter-circle cubic.
 constexpr double kKappa = 0.5522847498307936;
 
@@ -75,6 +79,7 @@ struct VLXCompositor::Walker {
     VLXGraphicsContext* context = nullptr;
     cairo_t* cr = nullptr;
     bool bitmap = true;
+    int groupDepth = 0;
 
     void run(const VLXLayer& root, VLXGraphicsContext& target) {
         context = &target;
@@ -106,6 +111,7 @@ struct VLXCompositor::Walker {
         }
         target.restoreGState();
         order.clear();
+        groupDepth = 0;
         busy = false;
     }
 
@@ -158,15 +164,17 @@ struct VLXCompositor::Walker {
                      (gradient ? 1 : 0) + (shape ? 2 : 0) +
                      static_cast<int>(std::min<std::size_t>(model.sublayers().size(), 2));
         const VLXLayer* mask = model.mask().get();
-        frame.maskGroup = mask != nullptr && bitmap;
-        frame.opacityGroup = bitmap && opacity < 1 && (things > 1 || frame.maskGroup);
+        const bool groups = bitmap && groupDepth + 2 <= kMaximumGroupDepth;
+        frame.maskGroup = mask != nullptr && groups;
+        frame.opacityGroup = groups && opacity < 1 && (things > 1 || frame.maskGroup);
+        groupDepth += (frame.maskGroup ? 1 : 0) + (frame.opacityGroup ? 1 : 0);
         if (frame.opacityGroup) {
             cairo_push_group(cr);
             frame.alpha = 1;
         } else {
             frame.alpha = outerAlpha * opacity;
         }
-        if (mask != nullptr && !bitmap) {
+        if (mask != nullptr && !frame.maskGroup) {
             context->clipToRect(mask->frame());
         }
         if (frame.maskGroup) {
@@ -245,12 +253,14 @@ struct VLXCompositor::Walker {
         cairo_pattern_destroy(maskPattern);
         cairo_pattern_destroy(frame.content);
         frame.content = nullptr;
+        --groupDepth;
     }
 
     void leave(Frame& frame) {
         if (frame.opacityGroup) {
             cairo_pop_group_to_source(cr);
             cairo_paint_with_alpha(cr, frame.outerAlpha * frame.opacity);
+            --groupDepth;
         }
         context->restoreGState();
     }
