@@ -227,3 +227,42 @@ TEST_F(LayerKeyValue, TreeTextDescribesTheLayers) {
     EXPECT_NE(second.find("frame={{0, 0}, {40, 40}}"), std::string::npos) << second;
     EXPECT_NE(second.find("level=0.25"), std::string::npos) << second;
 }
+
+TEST_F(LayerKeyValue, OddInputGivesDefinedResults) {
+    auto root = VLXLayer::create();
+    auto layer = VLXLayer::create();
+    root->addSublayer(layer);
+    layer->setBounds({{NAN, INFINITY}, {NAN, -INFINITY}});
+    layer->setPosition({INFINITY, NAN});
+    layer->setOpacity(NAN);
+    layer->setOpacity(NAN);  // NaN equals NaN: no second change
+    layer->setCornerRadius(-INFINITY);
+    layer->setContentsScale(1e300);
+    layer->setValueForKeyPath(VLXValue(NAN), "transform.rotation");
+    layer->setValueForKeyPath(VLXValue(INFINITY), "transform.scale");
+    layer->setNeedsDisplay();
+    root->displayTreeIfNeeded();
+    EXPECT_EQ(layer->contents(), nullptr);
+    EXPECT_EQ(root->hitTest({0, 0}), nullptr);
+    const VLXPoint p = layer->convertPointToLayer({1, 1}, root.get());
+    EXPECT_TRUE(std::isnan(p.x) || std::isinf(p.x));
+    EXPECT_FALSE(root->layerTreeAsText().empty());
+    EXPECT_FALSE(layer->description().empty());
+
+    // Huge key paths and deep dictionary paths: nil or unchanged, no deep recursion.
+    std::string longPath = "info";
+    for (int i = 0; i < 100000; ++i) {
+        longPath += ".k";
+    }
+    layer->setValue(VLXValue(VLXValue::Dictionary{}), "info");
+    layer->setValueForKeyPath(VLXValue(1), longPath);
+    EXPECT_TRUE(layer->valueForKeyPath(longPath).isNil());
+    EXPECT_TRUE(layer->valueForKeyPath("info").dictionaryValue().empty());
+    layer->setValueForKeyPath(VLXValue(1), "info.a.b.c");  // missing levels: refused
+    EXPECT_TRUE(layer->valueForKeyPath("info.a").isNil());
+
+    // The layer is still usable.
+    layer->setTransform(VLXTransform3DIdentity);
+    layer->setFrame({{1, 2}, {3, 4}});
+    EXPECT_EQ(layer->frame(), (VLXRect{{1, 2}, {3, 4}}));
+}

@@ -36,15 +36,13 @@ std::optional<VLXLayerHomography> VLXLayerHomography::inverted() const {
 }
 
 VLXLayerHomography layerToParent(const VLXLayer& layer) {
-    return layerToParent(layer, layer.position());
+    return layerToParent(layer.bounds(), layer.anchorPoint(), layer.transform(), layer.position());
 }
 
-VLXLayerHomography layerToParent(const VLXLayer& layer, VLXPoint p) {
-    const VLXRect b = layer.bounds();
-    const VLXPoint anchor = layer.anchorPoint();
+VLXLayerHomography layerToParent(const VLXRect& b, VLXPoint anchor, const VLXTransform3D& t,
+                                 VLXPoint p) {
     const double ax = VLXRectGetMinX(b) + anchor.x * VLXRectGetWidth(b);
     const double ay = VLXRectGetMinY(b) + anchor.y * VLXRectGetHeight(b);
-    const VLXTransform3D t = layer.transform();
     // (x − a) · T + p, keeping only the rows and columns that act on the z = 0 plane.
     VLXLayerHomography h;
     h.m[0][0] = t.m11;
@@ -165,8 +163,12 @@ VLXPoint intoLayer(const VLXLayer& layer, VLXPoint point) {
 
 }  // namespace
 
+// The frame does not depend on the bounds origin (the anchor moves with it): leaving it out
+// keeps a non-finite origin from spoiling frames.
 VLXRect VLXLayer::frame() const {
-    return boundingBoxOfCorners(m_bounds, vlx::detail::layerToParent(*this));
+    const VLXRect sized{{0, 0}, m_bounds.size};
+    return boundingBoxOfCorners(
+        sized, vlx::detail::layerToParent(sized, m_anchorPoint, m_transform, m_position));
 }
 
 void VLXLayer::setFrame(const VLXRect& frame) {
@@ -189,8 +191,9 @@ void VLXLayer::setFrame(const VLXRect& frame) {
     }
     setBounds(VLXRect{m_bounds.origin, size});
     // The frame moves with the position one to one: place it so that the origins meet.
-    const VLXRect atZero =
-        boundingBoxOfCorners(m_bounds, vlx::detail::layerToParent(*this, VLXPointZero));
+    const VLXRect sized{{0, 0}, m_bounds.size};
+    const VLXRect atZero = boundingBoxOfCorners(
+        sized, vlx::detail::layerToParent(sized, m_anchorPoint, m_transform, VLXPointZero));
     setPosition(VLXPoint{f.origin.x - atZero.origin.x, f.origin.y - atZero.origin.y});
 }
 

@@ -78,8 +78,9 @@ struct VLXLayerHomography {
 
 // Own coordinates → superlayer coordinates (for a mask: → its owner's coordinates).
 VLXLayerHomography layerToParent(const VLXLayer& layer);
-// The same map as if the layer's position were `position`.
-VLXLayerHomography layerToParent(const VLXLayer& layer, VLXPoint position);
+// The map of a layer with these properties.
+VLXLayerHomography layerToParent(const VLXRect& bounds, VLXPoint anchorPoint,
+                                 const VLXTransform3D& transform, VLXPoint position);
 // The parent in the coordinate chain: the superlayer, or the layer masked by it.
 inline VLXLayer* coordinateParent(const VLXLayer& layer) {
     return layer.superlayer() ? layer.superlayer() : layer.maskOwner();
