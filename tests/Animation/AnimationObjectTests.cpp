@@ -258,3 +258,29 @@ TEST(VLXAnimationGroup, MembersWithoutDurationLastTheGroup) {
     slide->setDuration(kNaN);
     EXPECT_EQ(group->durationOfMember(*slide), 0.25);
 }
+
+TEST(VLXAnimationGroup, NoCyclesAndBoundedNesting) {
+    auto outer = VLXAnimationGroup::create();
+    auto inner = VLXAnimationGroup::create();
+    outer->setAnimations({inner});
+    inner->setAnimations({outer, VLXAnimation::create()});
+    EXPECT_EQ(inner->animations().size(), 1u) << "a member holding the group is dropped";
+    outer->setAnimations({outer});
+    EXPECT_TRUE(outer->animations().empty());
+
+    // A chain deeper than the limit copies down to the limit only.
+    auto top = VLXAnimationGroup::create();
+    auto level = top;
+    for (int i = 0; i < 200; ++i) {
+        auto next = VLXAnimationGroup::create();
+        level->setAnimations({next});
+        level = next;
+    }
+    auto copy = std::dynamic_pointer_cast<VLXAnimationGroup>(top->copy());
+    int depth = 0;
+    for (auto g = copy; g && !g->animations().empty();
+         g = std::dynamic_pointer_cast<VLXAnimationGroup>(g->animations()[0])) {
+        ++depth;
+    }
+    EXPECT_EQ(depth, VLXAnimationGroup::kMaximumNesting);
+}

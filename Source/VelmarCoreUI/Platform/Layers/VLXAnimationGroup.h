@@ -20,12 +20,18 @@
 ///   backwards shows every member's start before a delayed start.
 /// * Members apply in order; a later member animating the same key path wins.
 /// Copying a group copies its members.
+///
+/// Groups nest: a group may be a member of another, down to `kMaximumNesting` levels (deeper
+/// members are neither applied nor copied). A group never holds itself: `setAnimations` drops
+/// members that are the group or contain it.
 class VLX_EXPORT VLXAnimationGroup : public VLXAnimation {
 public:
+    static constexpr int kMaximumNesting = 64;
+
     static std::shared_ptr<VLXAnimationGroup> create();
 
     const std::vector<std::shared_ptr<VLXAnimation>>& animations() const { return m_animations; }
-    /// Null entries are dropped.
+    /// Null entries, and entries that are or contain this group, are dropped.
     void setAnimations(std::vector<std::shared_ptr<VLXAnimation>> animations);
 
     std::shared_ptr<VLXAnimation> copy() const override;
