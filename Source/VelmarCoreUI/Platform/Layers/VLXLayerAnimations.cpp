@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include <VelmarCoreUI/Platform/Foundation/Private/VLXRunLoopDetail.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Layers/Private/VLXLayerInternal.h>
@@ -64,7 +65,9 @@ void queueStop(std::shared_ptr<VLXAnimation> animation, bool finished,
 struct VLXLayerAccess {
     static void install() {
         Timeline& t = timeline();
-        if (t.installed) {
+        // Only the loop's thread may register (elsewhere the registrations would be refused and
+        // the timeline would never run).
+        if (t.installed || !vlx::detail::isLoopThread()) {
             return;
         }
         t.installed = true;
