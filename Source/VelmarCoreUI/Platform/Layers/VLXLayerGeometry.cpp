@@ -157,6 +157,24 @@ VLXRect convertRect(const VLXRect& rect, const VLXLayer* from, const VLXLayer* t
 
 // `point` in the superlayer's coordinates → the layer's own; NaN when the transform is singular.
 VLXPoint intoLayer(const VLXLayer& layer, VLXPoint point) {
+    const VLXTransform3D& t = layer.transform();
+    if (VLXTransform3DIsAffine(t)) {
+        // The common case without the projective inverse: p = (l − a) · M + position + t.
+        const VLXRect b = layer.bounds();
+        const VLXPoint anchor = layer.anchorPoint();
+        const double ax = VLXRectGetMinX(b) + anchor.x * VLXRectGetWidth(b);
+        const double ay = VLXRectGetMinY(b) + anchor.y * VLXRectGetHeight(b);
+        const double dx = point.x - layer.position().x - t.m41;
+        const double dy = point.y - layer.position().y - t.m42;
+        const double det = t.m11 * t.m22 - t.m12 * t.m21;
+        if (t.m11 == 1 && t.m22 == 1 && t.m12 == 0 && t.m21 == 0) {  // translation only
+            return {dx + ax, dy + ay};
+        }
+        if (det == 0 || !std::isfinite(det)) {
+            return {NAN, NAN};
+        }
+        return {(dx * t.m22 - dy * t.m21) / det + ax, (dy * t.m11 - dx * t.m12) / det + ay};
+    }
     const auto inverse = vlx::detail::layerToParent(layer).inverted();
     return inverse ? inverse->apply(point) : VLXPoint{NAN, NAN};
 }
@@ -215,33 +233,41 @@ std::shared_ptr<VLXLayer> VLXLayer::hitTest(VLXPoint point) const {
     std::vector<std::pair<double, std::size_t>> order;
     for (;;) {
         const auto& subs = hit->m_sublayers;
-        // Front-most first: higher zPosition, then later in the list (NaN counts as 0).
-        order.clear();
+        const VLXLayer* next = nullptr;
+        VLXPoint nextLocal{};
+        auto tryLayer = [&](const VLXLayer* s) {
+            if (s->m_hidden) {
+                return false;
+            }
+            const VLXPoint p = intoLayer(*s, local);
+            if (!s->containsPoint(p)) {
+                return false;
+            }
+            next = s;
+            nextLocal = p;
+            return true;
+        };
         bool layered = false;
-        for (std::size_t i = 0; i < subs.size(); ++i) {
-            const double z = std::isnan(subs[i]->m_zPosition) ? 0 : subs[i]->m_zPosition;
-            layered = layered || z != 0;
-            order.emplace_back(z, i);
+        for (const auto& s : subs) {
+            layered = layered || (s->m_zPosition != 0 && !std::isnan(s->m_zPosition));
         }
-        if (layered) {
+        if (!layered) {
+            for (auto it = subs.rbegin(); it != subs.rend() && !tryLayer(it->get()); ++it) {
+            }
+        } else {
+            // Front-most first: higher zPosition, then later in the list (NaN counts as 0).
+            order.clear();
+            for (std::size_t i = 0; i < subs.size(); ++i) {
+                const double z = std::isnan(subs[i]->m_zPosition) ? 0 : subs[i]->m_zPosition;
+                order.emplace_back(z, i);
+            }
             std::sort(order.begin(), order.end(), [](const auto& x, const auto& y) {
                 return x.first != y.first ? x.first > y.first : x.second > y.second;
             });
-        } else {
-            std::reverse(order.begin(), order.end());
-        }
-        const VLXLayer* next = nullptr;
-        VLXPoint nextLocal{};
-        for (const auto& entry : order) {
-            const VLXLayer* s = subs[entry.second].get();
-            if (s->m_hidden) {
-                continue;
-            }
-            const VLXPoint p = intoLayer(*s, local);
-            if (s->containsPoint(p)) {
-                next = s;
-                nextLocal = p;
-                break;
+            for (const auto& entry : order) {
+                if (tryLayer(subs[entry.second].get())) {
+                    break;
+                }
             }
         }
         if (!next) {
