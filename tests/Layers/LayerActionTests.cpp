@@ -158,3 +158,45 @@ TEST(LayerActions, ActionsAreAskedBeforeTheValueIsStored) {
     EXPECT_EQ(layer->seen.size(), asked);
     EXPECT_FALSE(presentation->hasAnimations());
 }
+
+namespace {
+// Its own action for "progress", from the presentation value (nil before the first commit).
+class DialLayer : public VLXLayer {
+public:
+    static std::shared_ptr<DialLayer> create() { return makeInitialized<DialLayer>(); }
+    std::shared_ptr<VLXLayer> newInstance() const override { return VLXMakeShared<DialLayer>(); }
+    std::shared_ptr<VLXAnimation> actionForKey(std::string_view key) override {
+        if (key != "progress") {
+            return VLXLayer::actionForKey(key);
+        }
+        auto a = VLXBasicAnimation::animationWithKeyPath("progress");
+        if (auto p = presentationLayer()) {
+            a->setFromValue(p->valueForKey("progress"));
+        }
+        a->setDuration(VLXTransaction::animationDuration());
+        return a;
+    }
+};
+}  // namespace
+
+TEST(LayerActions, OwnActionsAnimateFromTheOldValueEvenBeforeTheFirstCommit) {
+    ManualClock clock;
+    auto dial = DialLayer::create();
+    dial->setValue(VLXValue(0.2), "progress");  // uncommitted: the subclass still acts
+    dial->setValue(VLXValue(1.0), "progress");  // replaces: from what was on screen (0.2 → 1)
+    EXPECT_EQ(dial->animationKeys(), (std::vector<std::string>{"progress"}));
+    clock.turn();
+    clock.step(0.125);
+    auto p = dial->presentationLayer();
+    ASSERT_NE(p, nullptr);
+    EXPECT_NEAR(p->storedDouble("progress"), 0.6, 1e-9);
+    clock.step(0.125);
+    EXPECT_NEAR(dial->presentationLayer()->storedDouble("progress"), 1.0, 1e-9);
+
+    // Committed: the from value comes from the presentation at the moment of the change.
+    clock.step(1);
+    dial->setValue(VLXValue(0.0), "progress");
+    auto a = std::dynamic_pointer_cast<VLXBasicAnimation>(dial->attachedAnimation("progress"));
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(a->fromValue().doubleValue(), 1.0);
+}
