@@ -146,20 +146,20 @@ cairo_matrix_t cairoMatrix(const VLXAffineTransform& m) {
     return matrix;
 }
 
-// Dash lengths cairo accepts, or none: a negative or non-finite length, or only zeros, means a
-// solid line.
-std::vector<double> sanitizedDash(std::span<const double> lengths) {
+// Dash lengths cairo accepts, or none, into `dash` (its storage reused): a negative or non-finite
+// length, or only zeros, means a solid line.
+void assignSanitizedDash(std::span<const double> lengths, std::vector<double>& dash) {
+    dash.clear();
     bool anyPositive = false;
     for (double length : lengths) {
         if (!std::isfinite(length) || length < 0) {
-            return {};
+            return;
         }
         anyPositive = anyPositive || length > 0;
     }
-    if (!anyPositive) {
-        return {};
+    if (anyPositive) {
+        dash.assign(lengths.begin(), lengths.end());
     }
-    return std::vector<double>(lengths.begin(), lengths.end());
 }
 
 cairo_status_t appendToString(void* closure, const unsigned char* data, unsigned int length) {
@@ -176,6 +176,22 @@ std::size_t linesOnlySegments(const std::vector<Subpath>& subpaths) {
     }
     return segments;
 }
+
+// A non-owning reference to a drawing callable, so that every fill and stroke does not allocate
+// a std::function; only valid during the call it is passed to.
+class DrawingRef {
+public:
+    template <class F>
+    DrawingRef(const F& function)  // NOLINT: implicit on purpose, like std::function
+        : m_object(&function), m_call([](const void* object, cairo_t* target, double opacity) {
+              (*static_cast<const F*>(object))(target, opacity);
+          }) {}
+    void operator()(cairo_t* target, double opacity) const { m_call(m_object, target, opacity); }
+
+private:
+    const void* m_object;
+    void (*m_call)(const void*, cairo_t*, double);
+};
 
 struct IntRect {
     int x = 0, y = 0, width = 0, height = 0;
@@ -217,7 +233,9 @@ struct VLXGraphicsContext::Impl {
     State state;
     std::vector<State> saved;
     DevicePath path;
-    DevicePath reduced;  // reused by thin long strokes
+    DevicePath reduced;                   // reused by thin long strokes
+    std::vector<Subpath> fillSubpaths;    // reused by every fill and clip
+    std::vector<Subpath> strokeSubpaths;  // reused by every stroke
     std::vector<VLXPoint> scratch;
 
     ~Impl() {
@@ -273,7 +291,8 @@ struct VLXGraphicsContext::Impl {
 
     void emitPath(cairo_t* c) {
         cairo_new_path(c);
-        for (const Subpath& subpath : subpathsOf(path)) {
+        subpathsOf(path, fillSubpaths);
+        for (const Subpath& subpath : fillSubpaths) {
             if (subpath.finite) {
                 emitSubpath(c, path, subpath);
             }
@@ -356,7 +375,7 @@ struct VLXGraphicsContext::Impl {
         return surface;
     }
 
-    using Drawing = std::function<void(cairo_t* target, double opacity)>;
+    using Drawing = DrawingRef;
 
     // Documents: shadows and opacity without cairo groups. Cairo 1.16's SVG surface leaks what
     // a group replays (and corrupts later documents' groups), so the shadow mask is drawn
@@ -505,7 +524,8 @@ struct VLXGraphicsContext::Impl {
         if (!prepareStroke(c, m)) {
             return;
         }
-        std::vector<Subpath> subpaths = subpathsOf(path);
+        std::vector<Subpath>& subpaths = strokeSubpaths;
+        subpathsOf(path, subpaths);
         std::size_t lineSegments = linesOnlySegments(subpaths);
         // Thin solid lines lose nothing visible when the vertices within one pixel column shrink
         // to their extremes (see VLXPolylineReduction.h). Not with miter joins: the spikes of
@@ -519,7 +539,7 @@ struct VLXGraphicsContext::Impl {
                                           vlx::detail::kReductionColumnWidth, reduced,
                                           scratch) > 0) {
             source = &reduced;
-            subpaths = subpathsOf(reduced);
+            subpathsOf(reduced, subpaths);
             lineSegments = linesOnlySegments(subpaths);
         }
         bool piecewise =
@@ -681,7 +701,8 @@ void VLXGraphicsContext::restoreGState() {
     if (!m_impl->canDraw() || m_impl->saved.empty()) {
         return;
     }
-    m_impl->state = std::move(m_impl->saved.back());
+    // Copied, not moved: the current dash keeps its storage for the next dashed stroke.
+    m_impl->state = m_impl->saved.back();
     m_impl->saved.pop_back();
     cairo_restore(m_cairo);
     m_impl->syncMatrix();
@@ -749,7 +770,7 @@ void VLXGraphicsContext::setMiterLimit(double limit) {
 }
 
 void VLXGraphicsContext::setLineDash(double phase, std::span<const double> lengths) {
-    m_impl->state.dash = sanitizedDash(lengths);
+    assignSanitizedDash(lengths, m_impl->state.dash);
     m_impl->state.dashPhase = std::isfinite(phase) ? phase : 0;
 }
 

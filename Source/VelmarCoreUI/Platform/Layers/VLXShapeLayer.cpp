@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <span>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
@@ -96,8 +97,8 @@ double pathLength(const VLXPath& path) {
 
 // The dash (lengths and phase) that strokes only [from, to] of a path `length` long, combined
 // with the layer's own dash. False when nothing is to be stroked.
-bool trimmedDash(double length, double from, double to, const std::vector<double>& dash,
-                 double phase, std::vector<double>& outLengths, double& outPhase) {
+bool trimmedDash(double length, double from, double to, std::span<const double> dash, double phase,
+                 std::vector<double>& outLengths, double& outPhase) {
     std::vector<std::pair<double, double>> on;
     double period = 0;
     for (double d : dash) {
@@ -212,7 +213,8 @@ std::shared_ptr<VLXLayer> VLXShapeLayer::newInstance() const {
 
 VLXValue VLXShapeLayer::defaultValueForKey(std::string_view key) const {
     if (key == kFillColor) {
-        return VLXValue(VLXColor::blackColor());
+        static const VLXValue black(VLXColor::blackColor());  // made once: read every frame
+        return black;
     }
     if (key == kLineWidth) {
         return VLXValue(1.0);
@@ -391,7 +393,24 @@ void VLXShapeLayer::drawShape(VLXGraphicsContext& context) const {
     if (!(from < to)) {
         return;
     }
-    const std::vector<double> dash = lineDashPattern();
+    // The dash lengths without a vector of their own for the common short patterns: strokes run
+    // every frame.
+    std::array<double, 16> shortDash{};
+    std::vector<double> longDash;
+    std::span<const double> dash;
+    const VLXValue dashValue = storedValue(kLineDashPattern);
+    if (dashValue.isArray()) {
+        const auto& entries = dashValue.arrayValue();
+        double* out = shortDash.data();
+        if (entries.size() > shortDash.size()) {
+            longDash.resize(entries.size());
+            out = longDash.data();
+        }
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            out[i] = entries[i].isNumber() ? entries[i].doubleValue() : 0;
+        }
+        dash = std::span<const double>(out, entries.size());
+    }
     const double phase = finiteOr(lineDashPhase(), 0);
     context.saveGState();
     context.setStrokeColor(*stroke);
