@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
@@ -75,7 +76,28 @@ struct VLXCompositor::Walker {
     std::vector<Frame> stack;
     // Sublayers still to draw, held strongly: a display on the way may change the tree.
     std::vector<std::shared_ptr<VLXLayer>> order;
+    // Reused by the z ordering (std::stable_sort would allocate a buffer every frame).
+    std::vector<std::pair<double, std::size_t>> zKeys;
+    std::vector<std::shared_ptr<VLXLayer>> zScratch;
     bool busy = false;
+
+    // Orders order[begin…] by zPosition, equal ones keeping their order.
+    void sortByZPosition(std::size_t begin) {
+        const std::size_t count = order.size() - begin;
+        zKeys.clear();
+        for (std::size_t i = 0; i < count; ++i) {
+            const double z = order[begin + i]->zPosition();
+            zKeys.emplace_back(std::isnan(z) ? 0 : z, i);  // the index breaks ties: stable
+        }
+        std::sort(zKeys.begin(), zKeys.end());
+        zScratch.clear();
+        for (const auto& key : zKeys) {
+            zScratch.push_back(std::move(order[begin + key.second]));
+        }
+        std::move(zScratch.begin(), zScratch.end(),
+                  order.begin() + static_cast<std::ptrdiff_t>(begin));
+        zScratch.clear();
+    }
     VLXGraphicsContext* context = nullptr;
     cairo_t* cr = nullptr;
     bool bitmap = true;
@@ -210,9 +232,7 @@ struct VLXCompositor::Walker {
         frame.childEnd = order.size();
         frame.next = frame.childBegin;
         if (!ordered) {
-            std::stable_sort(
-                order.begin() + static_cast<std::ptrdiff_t>(frame.childBegin), order.end(),
-                [](const auto& a, const auto& b) { return a->zPosition() < b->zPosition(); });
+            sortByZPosition(frame.childBegin);
         }
         stack.push_back(std::move(frame));
     }
