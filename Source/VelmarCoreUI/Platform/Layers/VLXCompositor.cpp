@@ -69,6 +69,7 @@ struct VLXCompositor::Walker {
         bool opacityGroup = false;
         bool maskGroup = false;
         cairo_pattern_t* content = nullptr;
+        std::shared_ptr<VLXLayer> mask;
         std::size_t childBegin = 0, childEnd = 0, next = 0;
         Stage stage = Stage::Content;
     };
@@ -98,6 +99,7 @@ struct VLXCompositor::Walker {
                   order.begin() + static_cast<std::ptrdiff_t>(begin));
         zScratch.clear();
     }
+
     VLXGraphicsContext* context = nullptr;
     cairo_t* cr = nullptr;
     bool bitmap = true;
@@ -261,9 +263,12 @@ struct VLXCompositor::Walker {
         frame.content = cairo_pop_group(cr);
         cairo_push_group(cr);
         frame.stage = Stage::AwaitingMask;
-        const VLXLayer& mask = *frame.model->mask();
-        // May push a frame: `frame` is not used after this.
-        enter(mask, 1);
+        // Held by the frame: a display during the mask's walk may change the owner's mask.
+        frame.mask = frame.model->mask();
+        if (const std::shared_ptr<VLXLayer> mask = frame.mask) {
+            // May push a frame: `frame` is not used after this.
+            enter(*mask, 1);
+        }
     }
 
     void applyMask(Frame& frame) {
