@@ -1,6 +1,11 @@
 #pragma once
 
 // Umbrella header: the whole public API of VelmarCoreUI.
+#include <VelmarCoreUI/Animation/VLXEasing.h>
+#include <VelmarCoreUI/Animation/VLXKeyframeAnimationBuilders.h>
+#include <VelmarCoreUI/Animation/VLXLayerAnimationHelpers.h>
+#include <VelmarCoreUI/Animation/VLXSpringAnimation.h>
+#include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
 #include <VelmarCoreUI/Color/VLXColorRamp.h>
 #include <VelmarCoreUI/Color/VLXColorRampInterval.h>
 #include <VelmarCoreUI/Color/VLXColorRampIntervalRange.h>
@@ -34,8 +39,10 @@
 #include <VelmarCoreUI/Platform/Foundation/VLXObject.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRange.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXTimeZone.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXTypes.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXBezierPath.h>
@@ -46,6 +53,17 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXPath.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXStringDrawing.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXTextAttributes.h>
+#include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXAnimationGroup.h>
+#include <VelmarCoreUI/Platform/Layers/VLXBasicAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
+#include <VelmarCoreUI/Platform/Layers/VLXGradientLayer.h>
+#include <VelmarCoreUI/Platform/Layers/VLXInterpolation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
+#include <VelmarCoreUI/Platform/Layers/VLXMediaTimingFunction.h>
+#include <VelmarCoreUI/Platform/Layers/VLXShapeLayer.h>
+#include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXAffineTransform.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
@@ -57,3 +75,5 @@
 #include <VelmarCoreUI/Utilities/VLXImageUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXValueBoxing.h>
 #include <VelmarCoreUI/VLXVersion.h>
+#include <VelmarCoreUI/Views/VLXArcLayer.h>
+#include <VelmarCoreUI/Views/VLXCircularLayer.h>

@@ -37,3 +37,8 @@ GalleryPage makeDrawingPage(const std::filesystem::path& outputDirectory);
 GalleryPage makePathsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeImagesPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeTextPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeLayersPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeEasingPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeSpringsPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeCompositorPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeArcsPage(const std::filesystem::path& outputDirectory);

@@ -1,11 +1,13 @@
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 
+#include <VelmarCoreUI/Platform/Foundation/Private/VLXRunLoopDetail.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -15,9 +17,10 @@ constexpr VLXRunLoopPhase kPhases[] = {
     VLXRunLoopPhase::Tick,   VLXRunLoopPhase::Callbacks, VLXRunLoopPhase::Composite,
 };
 
+// Out-of-range phases (a cast integer) give the count: no such list.
 std::size_t phaseIndex(VLXRunLoopPhase phase) {
     const auto index = static_cast<std::size_t>(phase);
-    return index < std::size(kPhases) ? index : 0;
+    return index < std::size(kPhases) ? index : std::size(kPhases);
 }
 
 // A real-clock wait is cut into slices of at most this long, so that a huge distance to the
@@ -44,14 +47,14 @@ void VLXRunLoop::post(Block block) {
 }
 
 void VLXRunLoop::runOnce() {
-    if (m_inTurn) {
+    if (m_inTurn || !vlx::detail::isLoopThread()) {
         return;
     }
     runTurn();
 }
 
 void VLXRunLoop::runUntil(double t) {
-    if (m_inTurn) {
+    if (m_inTurn || !vlx::detail::isLoopThread()) {
         return;
     }
     if (!std::isfinite(t)) {
@@ -87,15 +90,12 @@ void VLXRunLoop::runUntil(double t) {
 }
 
 void VLXRunLoop::waitUntil(double t) {
-    double deadline = t;
-    if (const auto next = nextTimerDate()) {
-        deadline = std::min(deadline, *next);
-    }
     if (!m_callbackBlocks.empty()) {
         return;
     }
-    const double wait = std::min(deadline - VLXClock::now(), kMaximumWaitSlice);
-    if (!(wait > 0)) {
+    const double wait = vlx::detail::waitDuration(VLXClock::now(), t, nextTimerDate().value_or(t),
+                                                  kMaximumWaitSlice);
+    if (wait <= 0) {
         return;
     }
     std::unique_lock lock(m_postMutex);
@@ -104,7 +104,7 @@ void VLXRunLoop::waitUntil(double t) {
 }
 
 VLXRunLoop::ObserverToken VLXRunLoop::addObserver(VLXRunLoopPhase phase, Block observer) {
-    if (!observer) {
+    if (!observer || phaseIndex(phase) >= std::size(kPhases) || !vlx::detail::isLoopThread()) {
         return 0;
     }
     const ObserverToken token = m_nextObserverToken++;
@@ -115,6 +115,10 @@ VLXRunLoop::ObserverToken VLXRunLoop::addObserver(VLXRunLoopPhase phase, Block o
 
 void VLXRunLoop::removeObserver(ObserverToken token) {
     if (token == 0) {
+        return;
+    }
+    if (!vlx::detail::isLoopThread()) {
+        post([this, token] { removeObserver(token); });
         return;
     }
     for (auto& list : m_observers) {
@@ -135,6 +139,12 @@ void VLXRunLoop::removeObserver(ObserverToken token) {
 }
 
 void VLXRunLoop::performInCallbacksPhase(Block block) {
+    if (block && !vlx::detail::isLoopThread()) {
+        post([this, block = std::move(block)]() mutable {
+            performInCallbacksPhase(std::move(block));
+        });
+        return;
+    }
     if (block) {
         m_callbackBlocks.push_back(std::move(block));
     }
@@ -243,7 +253,7 @@ void VLXRunLoop::fireDueTimers() {
 
 void VLXRunLoop::runPhase(VLXRunLoopPhase phase) {
     m_phase = phase;
-    auto& list = m_observers[phaseIndex(phase)];
+    auto& list = m_observers[phaseIndex(phase) % std::size(kPhases)];
     const std::size_t count = list.size();
     for (std::size_t i = 0; i < count && i < list.size(); ++i) {
         // A local reference keeps the closure alive if the observer removes itself.

@@ -43,8 +43,13 @@ enum class VLXRunLoopPhase {
 ///
 /// Calling `runOnce` or `runUntil` from inside a turn does nothing: a turn never nests.
 ///
-/// Main thread only, except `post`, which any thread may call. Exceptions thrown by callbacks
-/// propagate out of `runOnce`; the loop stays usable and the work not yet done stays queued.
+/// Main thread only, except `post`, which any thread may call. The main thread is the first
+/// thread that calls a main-thread-only function of the loop, its timers or transactions. On
+/// other threads `runOnce`, `runUntil` and `addObserver` do nothing (token 0), while
+/// `removeObserver` and `performInCallbacksPhase` are forwarded to the main thread with `post`.
+///
+/// Exceptions thrown by callbacks propagate out of `runOnce`; the loop stays usable and the work
+/// not yet done stays queued (a repeating timer whose callback threw stays scheduled).
 class VLX_EXPORT VLXRunLoop {
 public:
     using ObserverToken = std::uint64_t;
@@ -79,7 +84,7 @@ public:
 
     /// Registers `observer` for `phase`; it runs in every turn until removed. Observers of one
     /// phase run in the order added; one added during its own phase first runs in the next turn.
-    /// An empty observer is not registered (token 0).
+    /// An empty observer, or a phase outside the enumeration, is not registered (token 0).
     ObserverToken addObserver(VLXRunLoopPhase phase, Block observer);
     /// Unregisters an observer; unknown tokens are ignored. Safe inside any observer, including
     /// the one being removed: a removed observer is not called again, not even later in the

@@ -1,29 +1,14 @@
 #include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
 
+#include <VelmarCoreUI/Platform/Foundation/Private/VLXRunLoopDetail.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 
-#include <cmath>
-#include <limits>
 #include <utility>
 
-namespace {
-
-double effectiveInterval(double interval, bool repeats) {
-    if (std::isnan(interval) || interval <= 0) {
-        return repeats ? VLXTimer::kMinimumRepeatingInterval : 0;
-    }
-    if (repeats && interval < VLXTimer::kMinimumRepeatingInterval) {
-        return VLXTimer::kMinimumRepeatingInterval;
-    }
-    return interval;
-}
-
-}  // namespace
-
 VLXTimer::VLXTimer(double interval, bool repeats, Callback callback)
-    : m_interval(effectiveInterval(interval, repeats)),
+    : m_interval(vlx::detail::timerInterval(interval, repeats, kMinimumRepeatingInterval)),
       m_repeats(repeats),
       m_callback(std::move(callback)) {}
 
@@ -31,6 +16,12 @@ VLXTimer::~VLXTimer() = default;
 
 std::shared_ptr<VLXTimer> VLXTimer::scheduledTimer(double interval, bool repeats,
                                                    Callback callback) {
+    if (!vlx::detail::isLoopThread()) {
+        // Off the loop's thread it could only race with the loop: an invalid timer instead.
+        auto timer = VLXMakeShared<VLXTimer>(interval, repeats, nullptr);
+        timer->m_valid = false;
+        return timer;
+    }
     auto timer = VLXMakeShared<VLXTimer>(interval, repeats, std::move(callback));
     // Now + ∞ stays ∞: such a timer is never due but stays valid until invalidated.
     timer->m_fireDate = VLXClock::now() + timer->m_interval;
@@ -39,6 +30,13 @@ std::shared_ptr<VLXTimer> VLXTimer::scheduledTimer(double interval, bool repeats
 }
 
 void VLXTimer::invalidate() {
+    if (!vlx::detail::isLoopThread()) {
+        // Forwarded: the loop's thread may be firing this timer right now.
+        VLXRunLoop::main().post([self = std::static_pointer_cast<VLXTimer>(shared_from_this())] {
+            self->invalidate();
+        });
+        return;
+    }
     if (!m_valid) {
         return;
     }
@@ -62,26 +60,27 @@ void VLXTimer::fire(double now) {
     if (!m_repeats) {
         m_valid = false;
     }
+    // Afterwards (also when the callback throws), a repeating timer that is still valid gets
+    // its callback back and its next date.
+    struct Reschedule {
+        VLXTimer& timer;
+        Callback& callback;
+        double now;
+        ~Reschedule() {
+            if (!timer.m_valid) {
+                return;
+            }
+            if (!timer.m_callback) {
+                timer.m_callback = std::move(callback);
+            }
+            timer.m_fireDate = vlx::detail::nextFireDate(timer.m_fireDate, timer.m_interval, now);
+            VLXRunLoop::main().scheduleTimer(
+                std::static_pointer_cast<VLXTimer>(timer.shared_from_this()));
+        }
+    } reschedule{*this, running, now};
     if (running) {
         running(*this);
     }
-    if (!m_valid) {
-        return;
-    }
-    if (!m_callback) {
-        m_callback = std::move(running);
-    }
-    // Next date counted from the scheduled one; dates already past are skipped.
-    double next = m_fireDate + m_interval;
-    if (next <= now && std::isfinite(next)) {
-        const double missed = std::floor((now - m_fireDate) / m_interval);
-        next = m_fireDate + (missed + 1) * m_interval;
-        if (!(next > now)) {
-            next = std::nextafter(now, std::numeric_limits<double>::infinity());
-        }
-    }
-    m_fireDate = next;
-    VLXRunLoop::main().scheduleTimer(std::static_pointer_cast<VLXTimer>(shared_from_this()));
 }
 
 std::string VLXTimer::description() const {

@@ -18,7 +18,8 @@
 /// repeat, has fired; the returned pointer may be dropped. Invalidating releases the callback,
 /// which breaks cycles through a callback that captures its own timer.
 ///
-/// Main thread only.
+/// Main thread only (the run loop's thread). Scheduled on another thread, a timer is returned
+/// already invalid; `invalidate` called on another thread is forwarded to the main thread.
 class VLX_EXPORT VLXTimer : public VLXObject {
 public:
     using Callback = std::function<void(VLXTimer&)>;

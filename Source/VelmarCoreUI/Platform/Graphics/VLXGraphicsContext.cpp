@@ -10,6 +10,7 @@
 #include <limits>
 
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXDevicePath.h>
+#include <VelmarCoreUI/Platform/Graphics/Private/VLXPolylineReduction.h>
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXPolylineStroker.h>
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXShadowBlur.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
@@ -145,26 +146,52 @@ cairo_matrix_t cairoMatrix(const VLXAffineTransform& m) {
     return matrix;
 }
 
-// Dash lengths cairo accepts, or none: a negative or non-finite length, or only zeros, means a
-// solid line.
-std::vector<double> sanitizedDash(std::span<const double> lengths) {
+// Dash lengths cairo accepts, or none, into `dash` (its storage reused): a negative or non-finite
+// length, or only zeros, means a solid line.
+void assignSanitizedDash(std::span<const double> lengths, std::vector<double>& dash) {
+    dash.clear();
     bool anyPositive = false;
     for (double length : lengths) {
         if (!std::isfinite(length) || length < 0) {
-            return {};
+            return;
         }
         anyPositive = anyPositive || length > 0;
     }
-    if (!anyPositive) {
-        return {};
+    if (anyPositive) {
+        dash.assign(lengths.begin(), lengths.end());
     }
-    return std::vector<double>(lengths.begin(), lengths.end());
 }
 
 cairo_status_t appendToString(void* closure, const unsigned char* data, unsigned int length) {
     static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
     return CAIRO_STATUS_SUCCESS;
 }
+
+std::size_t linesOnlySegments(const std::vector<Subpath>& subpaths) {
+    std::size_t segments = 0;
+    for (const Subpath& subpath : subpaths) {
+        if (subpath.finite && subpath.linesOnly) {
+            segments += subpath.pointEnd - subpath.pointBegin - 1 + (subpath.closed ? 1 : 0);
+        }
+    }
+    return segments;
+}
+
+// A non-owning reference to a drawing callable, so that every fill and stroke does not allocate
+// a std::function; only valid during the call it is passed to.
+class DrawingRef {
+public:
+    template <class F>
+    DrawingRef(const F& function)  // NOLINT: implicit on purpose, like std::function
+        : m_object(&function), m_call([](const void* object, cairo_t* target, double opacity) {
+              (*static_cast<const F*>(object))(target, opacity);
+          }) {}
+    void operator()(cairo_t* target, double opacity) const { m_call(m_object, target, opacity); }
+
+private:
+    const void* m_object;
+    void (*m_call)(const void*, cairo_t*, double);
+};
 
 struct IntRect {
     int x = 0, y = 0, width = 0, height = 0;
@@ -206,6 +233,9 @@ struct VLXGraphicsContext::Impl {
     State state;
     std::vector<State> saved;
     DevicePath path;
+    DevicePath reduced;                   // reused by thin long strokes
+    std::vector<Subpath> fillSubpaths;    // reused by every fill and clip
+    std::vector<Subpath> strokeSubpaths;  // reused by every stroke
     std::vector<VLXPoint> scratch;
 
     ~Impl() {
@@ -261,7 +291,8 @@ struct VLXGraphicsContext::Impl {
 
     void emitPath(cairo_t* c) {
         cairo_new_path(c);
-        for (const Subpath& subpath : subpathsOf(path)) {
+        subpathsOf(path, fillSubpaths);
+        for (const Subpath& subpath : fillSubpaths) {
             if (subpath.finite) {
                 emitSubpath(c, path, subpath);
             }
@@ -344,7 +375,7 @@ struct VLXGraphicsContext::Impl {
         return surface;
     }
 
-    using Drawing = std::function<void(cairo_t* target, double opacity)>;
+    using Drawing = DrawingRef;
 
     // Documents: shadows and opacity without cairo groups. Cairo 1.16's SVG surface leaks what
     // a group replays (and corrupts later documents' groups), so the shadow mask is drawn
@@ -493,13 +524,23 @@ struct VLXGraphicsContext::Impl {
         if (!prepareStroke(c, m)) {
             return;
         }
-        const std::vector<Subpath> subpaths = subpathsOf(path);
-        std::size_t lineSegments = 0;
-        for (const Subpath& subpath : subpaths) {
-            if (subpath.finite && subpath.linesOnly) {
-                lineSegments +=
-                    subpath.pointEnd - subpath.pointBegin - 1 + (subpath.closed ? 1 : 0);
-            }
+        std::vector<Subpath>& subpaths = strokeSubpaths;
+        subpathsOf(path, subpaths);
+        std::size_t lineSegments = linesOnlySegments(subpaths);
+        // Thin solid lines lose nothing visible when the vertices within one pixel column shrink
+        // to their extremes (see VLXPolylineReduction.h). Not with miter joins: the spikes of
+        // dropped vertices would vanish and the kept extremes grow new ones.
+        const DevicePath* source = &path;
+        if (kind == VLXGraphicsContextKind::Bitmap && state.dash.empty() &&
+            state.lineJoin != VLXLineJoin::Miter && lineSegments > kLongStrokeSegments &&
+            vlx::detail::polylineReductionEnabled() &&
+            state.lineWidth * largestStretch(m) <= vlx::detail::kReductionMaximumDeviceWidth &&
+            vlx::detail::reduceDevicePath(path, subpaths, kLongStrokeSegments,
+                                          vlx::detail::kReductionColumnWidth, reduced,
+                                          scratch) > 0) {
+            source = &reduced;
+            subpathsOf(reduced, subpaths);
+            lineSegments = linesOnlySegments(subpaths);
         }
         bool piecewise =
             kind == VLXGraphicsContextKind::Bitmap && lineSegments > kLongStrokeSegments;
@@ -512,7 +553,7 @@ struct VLXGraphicsContext::Impl {
             for (const Subpath& subpath : subpaths) {
                 if (subpath.finite && subpath.linesOnly) {
                     length += VLXPolylineStroker::userSpaceLength(
-                        polylineOf(path, subpath, scratch), subpath.closed, m);
+                        polylineOf(*source, subpath, scratch), subpath.closed, m);
                 }
             }
             piecewise = length / period * static_cast<double>(state.dash.size()) < kMaximumDashes;
@@ -520,7 +561,7 @@ struct VLXGraphicsContext::Impl {
         const RGBA color = toRGBA(state.strokeColor);
         if (!piecewise) {
             setSource(c, color, opacity);
-            strokePlain(c, path, subpaths, m, false);
+            strokePlain(c, *source, subpaths, m, false);
             return;
         }
         // The pieces' coverage is collected in an alpha group, where they add up to exactly one
@@ -528,12 +569,12 @@ struct VLXGraphicsContext::Impl {
         cairo_push_group_with_content(c, CAIRO_CONTENT_ALPHA);
         cairo_set_operator(c, CAIRO_OPERATOR_ADD);
         cairo_set_source_rgba(c, 0, 0, 0, 1);
-        strokePlain(c, path, subpaths, m, true);
+        strokePlain(c, *source, subpaths, m, true);
         VLXPolylineStroker stroker(c, m, cairo_get_line_width(c), state.lineCap, state.dash,
                                    state.dashPhase);
         for (const Subpath& subpath : subpaths) {
             if (subpath.finite && subpath.linesOnly) {
-                stroker.addSubpath(polylineOf(path, subpath, scratch), subpath.closed);
+                stroker.addSubpath(polylineOf(*source, subpath, scratch), subpath.closed);
             }
         }
         stroker.finish();
@@ -660,7 +701,8 @@ void VLXGraphicsContext::restoreGState() {
     if (!m_impl->canDraw() || m_impl->saved.empty()) {
         return;
     }
-    m_impl->state = std::move(m_impl->saved.back());
+    // Copied, not moved: the current dash keeps its storage for the next dashed stroke.
+    m_impl->state = m_impl->saved.back();
     m_impl->saved.pop_back();
     cairo_restore(m_cairo);
     m_impl->syncMatrix();
@@ -728,7 +770,7 @@ void VLXGraphicsContext::setMiterLimit(double limit) {
 }
 
 void VLXGraphicsContext::setLineDash(double phase, std::span<const double> lengths) {
-    m_impl->state.dash = sanitizedDash(lengths);
+    assignSanitizedDash(lengths, m_impl->state.dash);
     m_impl->state.dashPhase = std::isfinite(phase) ? phase : 0;
 }
 

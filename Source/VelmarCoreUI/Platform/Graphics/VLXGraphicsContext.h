@@ -103,7 +103,10 @@ enum class VLXGraphicsContextKind {
 ///
 /// Long polylines (more than 2 000 line segments in a bitmap) are stroked in pieces, since cairo
 /// slows down super-linearly with the length of one path; the pixels match a single stroke up
-/// to anti-aliasing noise at the cuts. The caller's path is never changed.
+/// to anti-aliasing noise at the cuts. Thin solid ones (at most 2 device pixels wide, round or
+/// bevel joins) first keep only the first, lowest, highest and last vertex of each run within a
+/// quarter-pixel column, which leaves their pixels within a few levels of the full stroke. The
+/// caller's path is never changed.
 class VLX_EXPORT VLXGraphicsContext : public VLXObject {
 public:
     /// A bitmap of ceil(size × scale) pixels (at most 32 767 per side), transparent; an

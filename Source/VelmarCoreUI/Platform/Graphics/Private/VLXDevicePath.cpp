@@ -84,6 +84,12 @@ void DevicePath::close() {
 
 std::vector<Subpath> subpathsOf(const DevicePath& path) {
     std::vector<Subpath> result;
+    subpathsOf(path, result);
+    return result;
+}
+
+void subpathsOf(const DevicePath& path, std::vector<Subpath>& result) {
+    result.clear();
     std::size_t pointIndex = 0;
     for (std::size_t i = 0; i < path.ops.size(); ++i) {
         const PathOp op = path.ops[i];
@@ -110,7 +116,6 @@ std::vector<Subpath> subpathsOf(const DevicePath& path) {
         result.back().opEnd = path.ops.size();
         result.back().pointEnd = pointIndex;
     }
-    return result;
 }
 
 double clampCoordinate(double value) {

@@ -54,6 +54,8 @@ struct Subpath {
 };
 
 std::vector<Subpath> subpathsOf(const DevicePath& path);
+/// The same into `result` (cleared first), reusing its storage.
+void subpathsOf(const DevicePath& path, std::vector<Subpath>& result);
 double clampCoordinate(double value);
 /// Appends the subpath to cairo's current path, coordinates clamped.
 void emitSubpath(cairo_t* cr, const DevicePath& path, const Subpath& subpath);

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
+#include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
+#include <VelmarCoreUI/VLXExport.h>
+
+/// How a keyframe animation moves between its key frames.
+enum class VLXAnimationCalculationMode {
+    Linear,    ///< straight interpolation between neighbouring key frames (the default)
+    Discrete,  ///< each key frame holds until the next key time
+    Paced,     ///< evaluated as Linear
+    Cubic,     ///< evaluated as Linear
+};
+
+/// A property animation through a list of key frames.
+///
+/// Key frame i is reached at key time i (a fraction of the duration). Without key times, or
+/// when they do not fit (a different count from the values, a NaN, a decrease, a value outside
+/// [0, 1]), the frames are evenly spaced at i ÷ (n − 1). The eased progress is clamped to
+/// [0, 1]. One key frame holds its value throughout; none animates nothing.
+///
+/// Evaluation is built for long frame lists on many layers: on first use the frames are
+/// unpacked once into a flat array of numbers (when they are all of one interpolable kind), and
+/// each evaluation then finds its segment by binary search over the key times (or by index
+/// arithmetic for even spacing) and interpolates without allocating (boxing the result for a
+/// geometric kind is the only allocation).
+class VLX_EXPORT VLXKeyframeAnimation : public VLXPropertyAnimation {
+public:
+    static std::shared_ptr<VLXKeyframeAnimation> create();
+    static std::shared_ptr<VLXKeyframeAnimation> animationWithKeyPath(std::string keyPath);
+
+    ~VLXKeyframeAnimation() override;
+
+    /// The key frames. Virtual so that subclasses can compute them (springs).
+    virtual const VLXValue::Array& values() const { return m_values; }
+    void setValues(VLXValue::Array values);
+
+    /// Fractions of the duration at which each key frame is reached; nil = evenly spaced.
+    const std::optional<std::vector<double>>& keyTimes() const { return m_keyTimes; }
+    void setKeyTimes(std::optional<std::vector<double>> keyTimes);
+
+    VLXAnimationCalculationMode calculationMode() const { return m_calculationMode; }
+    void setCalculationMode(VLXAnimationCalculationMode mode) { m_calculationMode = mode; }
+
+    /// Stored and copied only: per-segment pacing is not evaluated.
+    const std::vector<std::shared_ptr<VLXMediaTimingFunction>>& timingFunctions() const {
+        return m_timingFunctions;
+    }
+    void setTimingFunctions(std::vector<std::shared_ptr<VLXMediaTimingFunction>> functions) {
+        m_timingFunctions = std::move(functions);
+    }
+
+    std::shared_ptr<VLXAnimation> copy() const override;
+    /// Writes `valueAtProgress(progress)` to the presentation (reads nothing from the layers).
+    void applyAtProgress(VLXLayer& presentation, const VLXLayer& model,
+                         double progress) const override;
+
+    /// The value at an eased progress (clamped to [0, 1]); `base` and `model` are not used.
+    /// Nil when there are no key frames.
+    VLXValue valueAtProgress(double progress, const VLXValue& base,
+                             const VLXValue& model) const override;
+    VLXValue valueAtProgress(double progress) const;
+
+    /// The segment for `progress` (clamped to [0, 1]): the index i of the key frame that starts
+    /// it (so the value lies between frames i and i + 1; the last index at the very end) and the
+    /// fraction within it. Nothing when there are no key frames.
+    struct Segment {
+        std::size_t index;
+        double fraction;
+    };
+    std::optional<Segment> segmentAtProgress(double progress) const;
+
+    std::string description() const override;
+
+protected:
+    VLXKeyframeAnimation();
+    VLXKeyframeAnimation(const VLXKeyframeAnimation& other);
+
+    /// Subclasses whose `values()` change call this so the unpacked frames are rebuilt.
+    void invalidateEvaluationCache() const;
+
+private:
+    struct EvaluationCache;
+    const EvaluationCache& evaluationCache() const;
+
+    VLXValue::Array m_values;
+    std::optional<std::vector<double>> m_keyTimes;
+    VLXAnimationCalculationMode m_calculationMode = VLXAnimationCalculationMode::Linear;
+    std::vector<std::shared_ptr<VLXMediaTimingFunction>> m_timingFunctions;
+    mutable std::unique_ptr<EvaluationCache> m_cache;
+};

@@ -1,0 +1,70 @@
+// A frame of an unchanged tree makes no heap allocations of its own (cairo's internal buffers
+// aside): counted through the replaceable global operator new of this test program.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
+#include <VelmarCoreUI/Platform/Layers/VLXShapeLayer.h>
+
+#include "CompositorTestSupport.h"
+
+namespace {
+std::atomic<long> gAllocations{0};
+}  // namespace
+
+void* operator new(std::size_t size) {
+    gAllocations.fetch_add(1, std::memory_order_relaxed);
+    if (void* p = std::malloc(size == 0 ? 1 : size)) {
+        return p;
+    }
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    gAllocations.fetch_add(1, std::memory_order_relaxed);
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void operator delete(void* p, const std::nothrow_t&) noexcept {
+    std::free(p);
+}
+
+void operator delete(void* p) noexcept {
+    std::free(p);
+}
+
+void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
+
+TEST(CompositorAllocations, SteadyFramesAllocateNothing) {
+    auto root = makeLayer(VLXRectMake(0, 0, 200, 200), VLXColor::whiteColor());
+    withoutActions([&] {
+        for (int i = 0; i < 50; ++i) {
+            auto shape = VLXShapeLayer::create();
+            shape->setFrame(VLXRectMake((i % 10) * 20.0, (i / 10) * 20.0, 18, 18));
+            shape->setPath(VLXPath::pathWithEllipseInRect(VLXRectMake(2, 2, 14, 14)));
+            shape->setStrokeColor(VLXColor::blackColor());
+            shape->setBackgroundColor(VLXColor::colorWithRed(1, 0.8, 0.8, 1));
+            shape->setCornerRadius(4);
+            shape->setBorderWidth(1);
+            shape->setBorderColor(VLXColor::redColor());
+            shape->setLineDashPattern(i % 2 == 0 ? std::vector<double>{}
+                                                 : std::vector<double>{3, 1});
+            root->addSublayer(shape);
+        }
+    });
+    auto context = VLXGraphicsContext::createBitmap(VLXSize{200, 200}, 2);
+    auto compositor = VLXCompositor::create();
+    compositor->renderInto(*root, *context);  // warms the reused buffers
+    const long before = gAllocations.load();
+    compositor->renderInto(*root, *context);
+    EXPECT_EQ(gAllocations.load() - before, 0);
+    // The frame was really drawn: pink background in the corner, the black circle in the middle.
+    auto image = context->makeImage();
+    EXPECT_TRUE(near(pixelAt(*image, 2 * 3, 2 * 3), RGBA8{255, 255, 204, 204}));
+    EXPECT_TRUE(near(pixelAt(*image, 2 * 9, 2 * 9), kBlack));
+}
