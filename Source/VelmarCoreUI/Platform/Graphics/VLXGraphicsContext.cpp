@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXDevicePath.h>
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXPolylineReduction.h>
@@ -18,6 +19,7 @@
 namespace {
 
 using vlx::detail::DevicePath;
+using vlx::detail::DeviceWindow;
 using vlx::detail::Subpath;
 using vlx::detail::VLXPolylineStroker;
 using vlx::detail::VLXShadowBlur;
@@ -35,9 +37,18 @@ constexpr double kMaximumShadowSigma = 200;
 // Strokes with more line segments than this (in subpaths made of lines only) go through the
 // piecewise stroker; below it cairo's own single stroke is as fast and exact by definition.
 constexpr std::size_t kLongStrokeSegments = 2000;
-// Dashing that would make more dashes than this is left to cairo, which approximates dash
-// periods finer than its tolerance.
+// A dashed stroke draws its dashes only while they average at most this many per device pixel
+// of path (and there are at most kMaximumDashes of them); finer patterns cannot be seen as
+// dashes and are drawn as a solid line thinned to the pattern's duty cycle, so that no pattern
+// costs more than the pixels its path covers.
+constexpr double kMaximumDashesPerPixel = 2;
 constexpr double kMaximumDashes = 4e6;
+// Device pixels around a bitmap that fills and clips are cut to: beyond the surface nothing
+// shows, and cairo then only ever sees coordinates near it.
+constexpr double kWindowMargin = 4;
+// Image rectangles thinner than cairo's coordinate grid (1/256 px) on the device cover no
+// sample; they draw nothing rather than give cairo a matrix it cannot invert.
+constexpr double kMinimumImageDeviceSide = 1.0 / 256;
 
 struct RGBA {
     double r = 0, g = 0, b = 0, a = 1;
@@ -237,6 +248,7 @@ struct VLXGraphicsContext::Impl {
     std::vector<Subpath> fillSubpaths;    // reused by every fill and clip
     std::vector<Subpath> strokeSubpaths;  // reused by every stroke
     std::vector<VLXPoint> scratch;
+    std::vector<VLXPoint> clipped;  // reused by fills cut to the window
 
     ~Impl() {
         if (cr != nullptr) {
@@ -289,12 +301,27 @@ struct VLXGraphicsContext::Impl {
 
     VLXPoint toDevice(VLXPoint p) const { return VLXPointApplyAffineTransform(p, deviceMatrix()); }
 
-    void emitPath(cairo_t* c) {
+    // What can still show on the device: a bitmap with a small margin; for documents, the
+    // coordinate range every path is kept within.
+    DeviceWindow window() const {
+        if (kind == VLXGraphicsContextKind::Bitmap) {
+            return DeviceWindow{-kWindowMargin, -kWindowMargin, deviceWidth + kWindowMargin,
+                                deviceHeight + kWindowMargin};
+        }
+        constexpr double limit = vlx::detail::kDeviceCoordinateLimit;
+        return DeviceWindow{-limit, -limit, limit, limit};
+    }
+
+    // The current path as an area (fill or clip), cut to the window.
+    void emitPath(cairo_t* c) { emitArea(c, path); }
+
+    void emitArea(cairo_t* c, const DevicePath& area) {
         cairo_new_path(c);
-        subpathsOf(path, fillSubpaths);
+        subpathsOf(area, fillSubpaths);
+        const DeviceWindow w = window();
         for (const Subpath& subpath : fillSubpaths) {
             if (subpath.finite) {
-                emitSubpath(c, path, subpath);
+                vlx::detail::emitFillSubpath(c, area, subpath, w, scratch, clipped);
             }
         }
     }
@@ -495,9 +522,66 @@ struct VLXGraphicsContext::Impl {
                                                      : CAIRO_LINE_CAP_BUTT;
     }
 
-    // Strokes the given subpaths as one cairo path, with cairo dashing.
+    // The fraction of a dash pattern that is "on" when its dashes are finer than a person can
+    // see on this path (see kMaximumDashesPerPixel), else nothing.
+    std::optional<double> subPixelDashDuty(const DevicePath& devicePath,
+                                           const std::vector<Subpath>& subpaths,
+                                           const VLXAffineTransform& m) {
+        if (state.dash.empty()) {
+            return std::nullopt;
+        }
+        double period = 0, on = 0;
+        for (std::size_t i = 0; i < state.dash.size(); ++i) {
+            period += state.dash[i];
+            on += i % 2 == 0 ? state.dash[i] : 0;
+        }
+        // An odd pattern repeats with on and off swapped: half on.
+        const double duty = state.dash.size() % 2 == 1 ? 0.5 : on / period;
+        if (!std::isfinite(period)) {
+            return duty;
+        }
+        // User-space length of the path (curves by their control polygons, an upper bound) and
+        // its device length, both over the coordinates cairo gets.
+        double userLength = 0, deviceLength = 0;
+        for (const Subpath& subpath : subpaths) {
+            if (!subpath.finite) {
+                continue;
+            }
+            std::span<const VLXPoint> points{devicePath.points.data() + subpath.pointBegin,
+                                             subpath.pointEnd - subpath.pointBegin};
+            if (std::any_of(points.begin(), points.end(), [](VLXPoint p) {
+                    return std::fabs(p.x) > vlx::detail::kDeviceCoordinateLimit ||
+                           std::fabs(p.y) > vlx::detail::kDeviceCoordinateLimit;
+                })) {
+                scratch.resize(points.size());
+                std::transform(points.begin(), points.end(), scratch.begin(), [](VLXPoint p) {
+                    return VLXPoint{vlx::detail::clampCoordinate(p.x),
+                                    vlx::detail::clampCoordinate(p.y)};
+                });
+                points = scratch;
+            }
+            userLength += VLXPolylineStroker::userSpaceLength(points, subpath.closed, m);
+            for (std::size_t i = 1; i < points.size(); ++i) {
+                deviceLength += std::hypot(points[i].x - points[i - 1].x,
+                                           points[i].y - points[i - 1].y);
+            }
+            if (subpath.closed && points.size() > 1) {
+                deviceLength += std::hypot(points.back().x - points.front().x,
+                                           points.back().y - points.front().y);
+            }
+        }
+        const double dashes = userLength / period * static_cast<double>(state.dash.size());
+        if (!(dashes <= kMaximumDashes) ||
+            dashes > kMaximumDashesPerPixel * deviceLength + 16) {
+            return duty;
+        }
+        return std::nullopt;
+    }
+
+    // Strokes the given subpaths as one cairo path, with cairo dashing (`dash` empty: solid).
     void strokePlain(cairo_t* c, const DevicePath& devicePath, const std::vector<Subpath>& subpaths,
-                     const VLXAffineTransform& m, bool onlyWithCurves) {
+                     const VLXAffineTransform& m, bool onlyWithCurves,
+                     std::span<const double> dash) {
         cairo_new_path(c);
         bool any = false;
         for (const Subpath& subpath : subpaths) {
@@ -510,8 +594,8 @@ struct VLXGraphicsContext::Impl {
             return;
         }
         cairo_set_line_cap(c, cairoCap());
-        cairo_set_dash(c, state.dash.data(), static_cast<int>(state.dash.size()),
-                       state.dash.empty() ? 0 : state.dashPhase);
+        cairo_set_dash(c, dash.data(), static_cast<int>(dash.size()),
+                       dash.empty() ? 0 : state.dashPhase);
         const cairo_matrix_t matrix = cairoMatrix(m);
         cairo_set_matrix(c, &matrix);
         cairo_stroke(c);
@@ -527,11 +611,17 @@ struct VLXGraphicsContext::Impl {
         std::vector<Subpath>& subpaths = strokeSubpaths;
         subpathsOf(path, subpaths);
         std::size_t lineSegments = linesOnlySegments(subpaths);
+        // Dashes finer than a person can see draw as a solid line thinned to their duty cycle.
+        std::span<const double> dash = state.dash;
+        if (const std::optional<double> duty = subPixelDashDuty(path, subpaths, m)) {
+            dash = {};
+            opacity *= *duty;
+        }
         // Thin solid lines lose nothing visible when the vertices within one pixel column shrink
         // to their extremes (see VLXPolylineReduction.h). Not with miter joins: the spikes of
         // dropped vertices would vanish and the kept extremes grow new ones.
         const DevicePath* source = &path;
-        if (kind == VLXGraphicsContextKind::Bitmap && state.dash.empty() &&
+        if (kind == VLXGraphicsContextKind::Bitmap && dash.empty() &&
             state.lineJoin != VLXLineJoin::Miter && lineSegments > kLongStrokeSegments &&
             vlx::detail::polylineReductionEnabled() &&
             state.lineWidth * largestStretch(m) <= vlx::detail::kReductionMaximumDeviceWidth &&
@@ -544,24 +634,10 @@ struct VLXGraphicsContext::Impl {
         }
         bool piecewise =
             kind == VLXGraphicsContextKind::Bitmap && lineSegments > kLongStrokeSegments;
-        if (piecewise && !state.dash.empty()) {
-            double period = 0;
-            for (double length : state.dash) {
-                period += length;
-            }
-            double length = 0;
-            for (const Subpath& subpath : subpaths) {
-                if (subpath.finite && subpath.linesOnly) {
-                    length += VLXPolylineStroker::userSpaceLength(
-                        polylineOf(*source, subpath, scratch), subpath.closed, m);
-                }
-            }
-            piecewise = length / period * static_cast<double>(state.dash.size()) < kMaximumDashes;
-        }
         const RGBA color = toRGBA(state.strokeColor);
         if (!piecewise) {
             setSource(c, color, opacity);
-            strokePlain(c, *source, subpaths, m, false);
+            strokePlain(c, *source, subpaths, m, false, dash);
             return;
         }
         // The pieces' coverage is collected in an alpha group, where they add up to exactly one
@@ -569,8 +645,8 @@ struct VLXGraphicsContext::Impl {
         cairo_push_group_with_content(c, CAIRO_CONTENT_ALPHA);
         cairo_set_operator(c, CAIRO_OPERATOR_ADD);
         cairo_set_source_rgba(c, 0, 0, 0, 1);
-        strokePlain(c, *source, subpaths, m, true);
-        VLXPolylineStroker stroker(c, m, cairo_get_line_width(c), state.lineCap, state.dash,
+        strokePlain(c, *source, subpaths, m, true, dash);
+        VLXPolylineStroker stroker(c, m, cairo_get_line_width(c), state.lineCap, dash,
                                    state.dashPhase);
         for (const Subpath& subpath : subpaths) {
             if (subpath.finite && subpath.linesOnly) {
@@ -1101,32 +1177,123 @@ void VLXGraphicsContext::drawImage(const VLXImage& image, const VLXRect& rect) {
             cu = 0, cv = -1, c0 = 1, du = -1, dv = 0, d0 = 1;
             break;
     }
-    const double w = image.pixelWidth(), h = image.pixelHeight();
-    const double rx = rect.origin.x, ry = rect.origin.y;
-    cairo_matrix_t patternMatrix;
-    cairo_matrix_init(&patternMatrix, w * cu / rw, h * du / rw, w * cv / rh, h * dv / rh,
-                      w * (c0 - cu * rx / rw - cv * ry / rh),
-                      h * (d0 - du * rx / rw - dv * ry / rh));
-    if (cairo_matrix_invert(&patternMatrix) != CAIRO_STATUS_SUCCESS) {
-        return;
+    // Work on the device: the rectangle is the parallelogram p + u·U + v·V (u, v in 0…1), in
+    // long double so that huge finite rectangles neither overflow nor lose the visible part.
+    using Real = long double;
+    const Real ux = Real(m.a) * rw, uy = Real(m.b) * rw;
+    const Real vx = Real(m.c) * rh, vy = Real(m.d) * rh;
+    const Real px = Real(m.a) * rect.origin.x + Real(m.c) * rect.origin.y + m.tx;
+    const Real py = Real(m.b) * rect.origin.x + Real(m.d) * rect.origin.y + m.ty;
+    const Real det = ux * vy - uy * vx;
+    if (std::hypot(ux, uy) < kMinimumImageDeviceSide ||
+        std::hypot(vx, vy) < kMinimumImageDeviceSide || !(std::fabs(det) > 0) ||
+        !std::isfinite(det)) {
+        return;  // thinner than cairo's grid: it covers no sample
     }
-    cairo_matrix_invert(&patternMatrix);
+    // The visible part: the window cut by the parallelogram's four sides, each side's
+    // half-plane measured by a cross product (positive inside when det > 0). Working from the
+    // window keeps every point small whatever the size of the rectangle.
+    const DeviceWindow w = impl.window();
+    const Real sign = det > 0 ? 1 : -1;
+    auto side = [&](int edge, VLXPoint d) -> Real {
+        const Real dx = d.x - px, dy = d.y - py;
+        switch (edge) {
+            case 0:  // u ≥ 0
+                return sign * (dx * vy - dy * vx);
+            case 1:  // u ≤ 1
+                return sign * ((ux - dx) * vy - (uy - dy) * vx);
+            case 2:  // v ≥ 0
+                return sign * (ux * dy - uy * dx);
+            default:  // v ≤ 1
+                return sign * (ux * (vy - dy) - uy * (vx - dx));
+        }
+    };
+    std::vector<VLXPoint> polygon{VLXPoint{w.minX, w.minY}, VLXPoint{w.maxX, w.minY},
+                                  VLXPoint{w.maxX, w.maxY}, VLXPoint{w.minX, w.maxY}};
+    std::vector<VLXPoint> next;
+    for (int edge = 0; edge < 4 && !polygon.empty(); ++edge) {
+        next.clear();
+        VLXPoint previous = polygon.back();
+        Real previousSide = side(edge, previous);
+        for (const VLXPoint& current : polygon) {
+            const Real currentSide = side(edge, current);
+            if ((currentSide >= 0) != (previousSide >= 0)) {
+                const Real t = previousSide / (previousSide - currentSide);
+                next.push_back(VLXPoint{
+                    static_cast<double>(previous.x + t * (Real(current.x) - previous.x)),
+                    static_cast<double>(previous.y + t * (Real(current.y) - previous.y))});
+            }
+            if (currentSide >= 0) {
+                next.push_back(current);
+            }
+            previous = current;
+            previousSide = currentSide;
+        }
+        std::swap(polygon, next);
+    }
+    if (polygon.size() < 3) {
+        return;  // nothing of it reaches the device
+    }
+    DevicePath area;
+    for (const VLXPoint& q : polygon) {
+        area.lineTo(q);
+    }
+    area.close();
+
+    // Device → stored pixel: (u, v) of a device point, then the orientation's mapping.
+    const double iw = image.pixelWidth(), ih = image.pixelHeight();
+    auto uvAt = [&](VLXPoint d) {
+        const Real dx = d.x - px, dy = d.y - py;
+        return std::pair<Real, Real>{(dx * vy - dy * vx) / det, (ux * dy - uy * dx) / det};
+    };
+    const Real ax = vy / det, ay = -vx / det, bx = -uy / det, by = ux / det;
+    const Real xa = iw * (cu * ax + cv * bx), xb = iw * (cu * ay + cv * by);
+    const Real ya = ih * (du * ax + dv * bx), yb = ih * (du * ay + dv * by);
+    const auto [uZero, vZero] = uvAt(VLXPoint{0, 0});
+    const Real x0 = iw * (cu * uZero + cv * vZero + c0), y0 = ih * (du * uZero + dv * vZero + d0);
+    // When the whole window sees less than a sliver of one pixel, that pixel's colour fills it:
+    // cairo could not invert so strong a magnification.
+    const Real span = std::max({std::fabs(xa), std::fabs(xb), std::fabs(ya), std::fabs(yb)}) *
+                      (Real(w.maxX) - w.minX + w.maxY - w.minY);
+    cairo_matrix_t patternMatrix;
+    cairo_matrix_init(&patternMatrix, static_cast<double>(xa), static_cast<double>(ya),
+                      static_cast<double>(xb), static_cast<double>(yb),
+                      static_cast<double>(x0), static_cast<double>(y0));
+    cairo_matrix_t inverse = patternMatrix;
+    const bool magnified = span < 1.0 / 64 || std::fabs(x0) > 1e9 || std::fabs(y0) > 1e9 ||
+                           cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS;
 
     auto* data =
         reinterpret_cast<unsigned char*>(const_cast<std::uint32_t*>(image.pixels().data()));
     cairo_surface_t* surface = cairo_image_surface_create_for_data(
         data, CAIRO_FORMAT_ARGB32, image.pixelWidth(), image.pixelHeight(), image.pixelWidth() * 4);
-    cairo_pattern_t* pattern = cairo_pattern_create_for_surface(surface);
-    cairo_pattern_set_matrix(pattern, &patternMatrix);
-    cairo_pattern_set_filter(pattern, CAIRO_FILTER_GOOD);
-    cairo_pattern_set_extend(pattern, CAIRO_EXTEND_PAD);
+    cairo_pattern_t* pattern = nullptr;
+    if (magnified) {
+        const auto [cx, cy] = uvAt(polygon.front());
+        const int sx = static_cast<int>(
+            std::clamp<Real>(std::floor(iw * (cu * cx + cv * cy + c0)), 0, iw - 1));
+        const int sy = static_cast<int>(
+            std::clamp<Real>(std::floor(ih * (du * cx + dv * cy + d0)), 0, ih - 1));
+        const std::uint32_t word =
+            image.pixels()[static_cast<std::size_t>(sy) * image.pixelWidth() + sx];
+        // The words are premultiplied; cairo takes straight colour.
+        const double alpha = (word >> 24) / 255.0;
+        auto straight = [&](int shift) {
+            return alpha > 0 ? std::min(1.0, ((word >> shift) & 0xff) / 255.0 / alpha) : 0.0;
+        };
+        pattern = cairo_pattern_create_rgba(straight(16), straight(8), straight(0), alpha);
+    } else {
+        pattern = cairo_pattern_create_for_surface(surface);
+        cairo_pattern_set_matrix(pattern, &patternMatrix);
+        cairo_pattern_set_filter(pattern, CAIRO_FILTER_GOOD);
+        cairo_pattern_set_extend(pattern, CAIRO_EXTEND_PAD);
+    }
     if (cairo_pattern_status(pattern) == CAIRO_STATUS_SUCCESS) {
         impl.perform(
             [&](cairo_t* target, double opacity) {
                 cairo_save(target);
-                const cairo_matrix_t matrix = cairoMatrix(m);
-                cairo_set_matrix(target, &matrix);
-                cairo_rectangle(target, rx, ry, rw, rh);
+                cairo_identity_matrix(target);
+                impl.emitArea(target, area);
                 cairo_clip(target);
                 cairo_set_source(target, pattern);
                 cairo_paint_with_alpha(target, opacity);
