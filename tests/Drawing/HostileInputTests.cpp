@@ -155,10 +155,10 @@ TEST(HostileDrawing, ImagesWithExtremeRectanglesLeaveTheContextUsable) {
 }
 
 TEST(HostileDrawing, HugeFillsCostTheirVisibleArea) {
-    // A star of 100 000 curves between radii 1e7 and 1e12 around the surface: every pixel is
+    // A star of 20 000 curves between radii 1e7 and 1e12 around the surface: every pixel is
     // inside it once.
     auto context = makeBitmap(50, 50);
-    constexpr int kPoints = 100000;
+    constexpr int kPoints = 20000;
     auto at = [](double angle, double radius) {
         return VLXPointMake(25 + radius * std::cos(angle), 25 + radius * std::sin(angle));
     };
@@ -175,4 +175,24 @@ TEST(HostileDrawing, HugeFillsCostTheirVisibleArea) {
     EXPECT_EQ(pixels.at(0, 0), (Pixel{255, 0, 255, 0}));
     EXPECT_EQ(pixels.at(25, 25), (Pixel{255, 0, 255, 0}));
     EXPECT_EQ(pixels.at(49, 49), (Pixel{255, 0, 255, 0}));
+
+    // 300 000 edges far to the left, each spanning every row (cairo kept them all active on
+    // every scanline), and a square in the middle.
+    auto zigzag = makeBitmap(200, 200);
+    constexpr int kEdges = 300000;
+    for (int i = 0; i < kEdges; ++i) {
+        const VLXPoint p = VLXPointMake(-1e12 + i * (1e12 / kEdges), i % 2 == 0 ? -1e12 : 1e12);
+        if (i == 0) {
+            zigzag->moveToPoint(p);
+        } else {
+            zigzag->addLineToPoint(p);
+        }
+    }
+    zigzag->closePath();
+    zigzag->addRect(VLXRectMake(50, 50, 100, 100));
+    zigzag->fillPath(VLXPathFillRule::EvenOdd);
+    Pixels square(*zigzag);
+    EXPECT_EQ(square.alpha(100, 100), 255);
+    EXPECT_EQ(square.alpha(10, 100), 0);
+    EXPECT_EQ(square.countPainted(), 100 * 100);
 }

@@ -562,8 +562,8 @@ struct VLXGraphicsContext::Impl {
             }
             userLength += VLXPolylineStroker::userSpaceLength(points, subpath.closed, m);
             for (std::size_t i = 1; i < points.size(); ++i) {
-                deviceLength += std::hypot(points[i].x - points[i - 1].x,
-                                           points[i].y - points[i - 1].y);
+                deviceLength +=
+                    std::hypot(points[i].x - points[i - 1].x, points[i].y - points[i - 1].y);
             }
             if (subpath.closed && points.size() > 1) {
                 deviceLength += std::hypot(points.back().x - points.front().x,
@@ -571,8 +571,7 @@ struct VLXGraphicsContext::Impl {
             }
         }
         const double dashes = userLength / period * static_cast<double>(state.dash.size());
-        if (!(dashes <= kMaximumDashes) ||
-            dashes > kMaximumDashesPerPixel * deviceLength + 16) {
+        if (!(dashes <= kMaximumDashes) || dashes > kMaximumDashesPerPixel * deviceLength + 16) {
             return duty;
         }
         return std::nullopt;
@@ -1219,9 +1218,9 @@ void VLXGraphicsContext::drawImage(const VLXImage& image, const VLXRect& rect) {
             const Real currentSide = side(edge, current);
             if ((currentSide >= 0) != (previousSide >= 0)) {
                 const Real t = previousSide / (previousSide - currentSide);
-                next.push_back(VLXPoint{
-                    static_cast<double>(previous.x + t * (Real(current.x) - previous.x)),
-                    static_cast<double>(previous.y + t * (Real(current.y) - previous.y))});
+                next.push_back(
+                    VLXPoint{static_cast<double>(previous.x + t * (Real(current.x) - previous.x)),
+                             static_cast<double>(previous.y + t * (Real(current.y) - previous.y))});
             }
             if (currentSide >= 0) {
                 next.push_back(current);
@@ -1257,8 +1256,8 @@ void VLXGraphicsContext::drawImage(const VLXImage& image, const VLXRect& rect) {
                       (Real(w.maxX) - w.minX + w.maxY - w.minY);
     cairo_matrix_t patternMatrix;
     cairo_matrix_init(&patternMatrix, static_cast<double>(xa), static_cast<double>(ya),
-                      static_cast<double>(xb), static_cast<double>(yb),
-                      static_cast<double>(x0), static_cast<double>(y0));
+                      static_cast<double>(xb), static_cast<double>(yb), static_cast<double>(x0),
+                      static_cast<double>(y0));
     cairo_matrix_t inverse = patternMatrix;
     const bool magnified = span < 1.0 / 64 || std::fabs(x0) > 1e9 || std::fabs(y0) > 1e9 ||
                            cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS;

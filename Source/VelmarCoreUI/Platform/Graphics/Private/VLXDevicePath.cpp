@@ -187,8 +187,8 @@ void flattenCubic(VLXPoint p0, VLXPoint p1, VLXPoint p2, VLXPoint p3, const Devi
     const double maxX = std::max({p0.x, p1.x, p2.x, p3.x});
     const double minY = std::min({p0.y, p1.y, p2.y, p3.y});
     const double maxY = std::max({p0.y, p1.y, p2.y, p3.y});
-    const bool outside = maxX < window.minX || minX > window.maxX || maxY < window.minY ||
-                         minY > window.maxY;
+    const bool outside =
+        maxX < window.minX || minX > window.maxX || maxY < window.minY || minY > window.maxY;
     const double deviation =
         std::max({std::fabs(p0.x / 2 - p1.x + p2.x / 2), std::fabs(p0.y / 2 - p1.y + p2.y / 2),
                   std::fabs(p1.x / 2 - p2.x + p3.x / 2), std::fabs(p1.y / 2 - p2.y + p3.y / 2)});
@@ -219,8 +219,9 @@ void clipAgainst(const std::vector<VLXPoint>& in, std::vector<VLXPoint>& out, bo
     auto crossing = [&](VLXPoint a, VLXPoint b) {
         const long double ca = coordinate(a), cb = coordinate(b);
         const long double t = (static_cast<long double>(limit) - ca) / (cb - ca);
-        const double other = vertical ? static_cast<double>(a.y + (static_cast<long double>(b.y) - a.y) * t)
-                                      : static_cast<double>(a.x + (static_cast<long double>(b.x) - a.x) * t);
+        const double other =
+            vertical ? static_cast<double>(a.y + (static_cast<long double>(b.y) - a.y) * t)
+                     : static_cast<double>(a.x + (static_cast<long double>(b.x) - a.x) * t);
         return vertical ? VLXPoint{limit, other} : VLXPoint{other, limit};
     };
     VLXPoint previous = in.back();
@@ -240,8 +241,8 @@ void clipAgainst(const std::vector<VLXPoint>& in, std::vector<VLXPoint>& out, bo
 
 bool onSameEdge(VLXPoint a, VLXPoint b, VLXPoint c, const DeviceWindow& w) {
     auto all = [](double x, double y, double z, double v) { return x == v && y == v && z == v; };
-    return all(a.x, b.x, c.x, w.minX) || all(a.x, b.x, c.x, w.maxX) ||
-           all(a.y, b.y, c.y, w.minY) || all(a.y, b.y, c.y, w.maxY);
+    return all(a.x, b.x, c.x, w.minX) || all(a.x, b.x, c.x, w.maxX) || all(a.y, b.y, c.y, w.minY) ||
+           all(a.y, b.y, c.y, w.maxY);
 }
 
 }  // namespace
@@ -251,8 +252,7 @@ void emitFillSubpath(cairo_t* cr, const DevicePath& path, const Subpath& subpath
                      std::vector<VLXPoint>& clipped) {
     const std::span<const VLXPoint> points{path.points.data() + subpath.pointBegin,
                                            subpath.pointEnd - subpath.pointBegin};
-    if (std::all_of(points.begin(), points.end(),
-                    [&](VLXPoint p) { return window.contains(p); })) {
+    if (std::all_of(points.begin(), points.end(), [&](VLXPoint p) { return window.contains(p); })) {
         emitSubpath(cr, path, subpath);
         return;
     }
@@ -285,7 +285,8 @@ void emitFillSubpath(cairo_t* cr, const DevicePath& path, const Subpath& subpath
         if (!clipped.empty() && clipped.back().x == q.x && clipped.back().y == q.y) {
             continue;
         }
-        if (clipped.size() >= 2 && onSameEdge(clipped[clipped.size() - 2], clipped.back(), q, window)) {
+        if (clipped.size() >= 2 &&
+            onSameEdge(clipped[clipped.size() - 2], clipped.back(), q, window)) {
             clipped.back() = q;
             continue;
         }
