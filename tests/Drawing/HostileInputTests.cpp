@@ -77,6 +77,20 @@ TEST(HostileDrawing, SubPixelDashesDrawAThinnedLine) {
         EXPECT_EQ(pixels.alpha(100, 2), 0);
     }
     {
+        // Sub-pixel dots with round caps overlap into a solid line.
+        const double dots[] = {0, 0.02};
+        auto context = makeBitmap(200, 20);
+        context->setLineWidth(10);
+        context->setLineCap(VLXLineCap::Round);
+        context->setLineDash(0, dots);
+        context->moveToPoint(VLXPointMake(10, 10));
+        context->addLineToPoint(VLXPointMake(190, 10));
+        context->strokePath();
+        Pixels pixels(*context);
+        EXPECT_EQ(pixels.alpha(100, 10), 255);
+        EXPECT_EQ(pixels.alpha(7, 10), 255);  // the round cap beyond the end
+    }
+    {
         // A polyline below the long-stroke threshold that runs far outside the surface.
         auto context = makeBitmap(200, 20);
         context->setLineWidth(10);

@@ -164,10 +164,10 @@ TEST(RandomDrawing, HostileOperationsLeaveContextsDrawing) {
     for (unsigned seed : {1U, 2U, 3U}) {
         auto bitmap = makeBitmap(32, 24, seed == 1 ? 1.0 : seed == 2 ? 2.0 : 0.25);
         ASSERT_NE(bitmap, nullptr);
-        runRandomOperations(*bitmap, seed, 150);
+        runRandomOperations(*bitmap, seed, 100);
         auto svg = VLXGraphicsContext::createSVG(VLXSize{32, 24});
         ASSERT_NE(svg, nullptr);
-        runRandomOperations(*svg, seed + 100, 150);
+        runRandomOperations(*svg, seed + 100, 100);
         EXPECT_FALSE(svg->documentData().empty());
     }
 }

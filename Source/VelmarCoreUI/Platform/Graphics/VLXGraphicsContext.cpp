@@ -530,13 +530,18 @@ struct VLXGraphicsContext::Impl {
         if (state.dash.empty()) {
             return std::nullopt;
         }
+        // Each dash covers its length plus the caps' reach (round and square caps add half the
+        // line width at each end); an odd pattern repeats with on and off swapped, so it counts
+        // twice.
+        const std::size_t count = state.dash.size() * (state.dash.size() % 2 == 1 ? 2 : 1);
+        const double capReach = state.lineCap == VLXLineCap::Butt ? 0 : state.lineWidth;
         double period = 0, on = 0;
-        for (std::size_t i = 0; i < state.dash.size(); ++i) {
-            period += state.dash[i];
-            on += i % 2 == 0 ? state.dash[i] : 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const double length = state.dash[i % state.dash.size()];
+            period += length;
+            on += i % 2 == 0 ? length + capReach : 0;
         }
-        // An odd pattern repeats with on and off swapped: half on.
-        const double duty = state.dash.size() % 2 == 1 ? 0.5 : on / period;
+        const double duty = period > 0 ? std::min(1.0, on / period) : 1.0;
         if (!std::isfinite(period)) {
             return duty;
         }
@@ -570,7 +575,7 @@ struct VLXGraphicsContext::Impl {
                                            points.back().y - points.front().y);
             }
         }
-        const double dashes = userLength / period * static_cast<double>(state.dash.size());
+        const double dashes = userLength / period * static_cast<double>(count);
         if (!(dashes <= kMaximumDashes) || dashes > kMaximumDashesPerPixel * deviceLength + 16) {
             return duty;
         }
