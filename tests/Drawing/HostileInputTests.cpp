@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include "DrawingTestSupport.h"
@@ -209,4 +210,69 @@ TEST(HostileDrawing, HugeFillsCostTheirVisibleArea) {
     EXPECT_EQ(square.alpha(100, 100), 255);
     EXPECT_EQ(square.alpha(10, 100), 0);
     EXPECT_EQ(square.countPainted(), 100 * 100);
+}
+
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+// A path of two huge arcs, as a host might build one from garbage.
+VLXPath hugeArcs() {
+    VLXPath path;
+    path.moveToPoint({-kInf, 3.034226521864362e+307});
+    path.addLineToPoint({1.647950421110584e+308, 256});
+    path.addArc({kNaN, 1}, 1.7541110696467794e+308, kInf, kInf, false);
+    path.moveToPoint({-kInf, kNaN});
+    path.addLineToPoint({kNaN, -kInf});
+    path.addArc({-406.17777358911223, 2.1955024041883379e+307}, -887.31719633651073, kInf,
+                -1.2715107188413931e+308, true);
+    return path;
+}
+
+}  // namespace
+
+TEST(HostileDrawing, ExtremeSequencesKeepContextsValid) {
+    auto image = VLXImage::imageWithPixels(2, 2, {0xffff0000U, 0xff00ff00U, 0x800000ffU, 0}, 2);
+    ASSERT_NE(image, nullptr);
+    std::vector<std::shared_ptr<VLXGraphicsContext>> contexts{
+        makeBitmap(16, 16), makeBitmap(16, 16, 0.25), VLXGraphicsContext::createSVG({16, 16})};
+    for (const auto& context : contexts) {
+        // An image into a rectangle a billion points wide under an extreme, rotated CTM, then
+        // an even-odd clip of huge rectangles.
+        context->saveGState();
+        context->setLineCap(VLXLineCap::Square);
+        context->scaleCTM(4.6e12, -1e-9);
+        context->addRect(VLXRectMake(-466.17353857356534, 9.5296512224863527e+307, -1e15, -1e15));
+        context->addRect(VLXRectMake(-816.8610157018669, kNaN, 2.1615826879020938e+307,
+                                     -1.5743869320353481e+308));
+        context->rotateCTM(7.6623957543046429e+307);
+        context->drawImage(
+            *image, VLXRectMake(645.98811089565015, -200.60926675796497, 1e9, 633.14556695786678));
+        context->clip(VLXPathFillRule::EvenOdd);
+        context->restoreGState();
+        EXPECT_TRUE(context->isValid());
+
+        // Huge arcs, non-finite clips and a fill through a CTM of NaN and infinities.
+        context->saveGState();
+        context->setShadow(VLXSizeMake(-178.09040963370046, -898.39077252502545), kInf);
+        context->addLineToPoint(VLXPointMake(-835.47455583124122, 5.4064796682464715e+307));
+        context->concatCTM({kNaN, 3.1970881009396033e+307, kInf, kNaN, 256, kInf});
+        context->addRect(VLXRectMake(kInf, -1e9, kNaN, 1.6048370550215616e+308));
+        context->rotateCTM(-1);
+        context->addPath(hugeArcs());
+        context->clipToRect(VLXRectMake(1e14, -kInf, kInf, kInf));
+        context->addCurveToPoint(VLXPointMake(-1e14, -1e14), VLXPointMake(kNaN, 728.2),
+                                 VLXPointMake(0.29582267578541632, kNaN));
+        context->drawImage(*image, VLXRectMake(kInf, -769.0985612620351, kNaN, kNaN));
+        context->restoreGState();
+        context->addPath(hugeArcs());
+        context->fillPath();
+        context->fillRect(VLXRectMake(-1.7976823191323179e+308, 0, 0, 0));
+        EXPECT_TRUE(context->isValid());
+        if (context->kind() == VLXGraphicsContextKind::Bitmap) {
+            context->clearRect(VLXRectMake(0, 0, 16, 16));
+            expectStillDraws(*context, "extreme sequence");
+        }
+    }
 }
