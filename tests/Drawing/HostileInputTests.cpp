@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "DrawingTestSupport.h"
@@ -167,6 +168,30 @@ TEST(HostileDrawing, ImagesWithExtremeRectanglesLeaveTheContextUsable) {
         EXPECT_EQ(Pixels(*context).countPainted(), 0);
         expectStillDraws(*context, "thin image");
     }
+}
+
+TEST(HostileDrawing, ImagesShrunkBeyondFixedPointAreAveraged) {
+    // 1 000 pixels across a fifth of a device pixel: left half red, right half blue.
+    std::vector<std::uint32_t> stripes(1000 * 4);
+    for (std::size_t i = 0; i < stripes.size(); ++i) {
+        stripes[i] = i % 1000 < 500 ? 0xffff0000U : 0xff0000ffU;
+    }
+    auto image = VLXImage::imageWithPixels(1000, 4, std::move(stripes));
+    ASSERT_NE(image, nullptr);
+    auto context = makeBitmap(40, 40);
+    context->drawImage(*image, VLXRectMake(10, 10, 0.2, 20));
+    context->saveGState();
+    context->rotateCTM(M_PI / 2);
+    context->drawImage(*image, VLXRectMake(10, -30, 0.2, 20));  // the same, lying down
+    context->restoreGState();
+    ASSERT_TRUE(context->isValid());
+    Pixels pixels(*context);
+    for (const auto& [x, y] : {std::pair{10, 20}, std::pair{20, 10}}) {
+        const Pixel p = pixels.at(x, y);
+        EXPECT_NEAR(p.a, 51, 8) << x << ", " << y;
+        EXPECT_NEAR(p.r, p.b, 8) << x << ", " << y;  // the average of both halves
+    }
+    expectStillDraws(*context, "shrunk image");
 }
 
 TEST(HostileDrawing, HugeFillsCostTheirVisibleArea) {

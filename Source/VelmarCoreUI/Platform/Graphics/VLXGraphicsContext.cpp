@@ -49,6 +49,9 @@ constexpr double kWindowMargin = 4;
 // Image rectangles thinner than cairo's coordinate grid (1/256 px) on the device cover no
 // sample; they draw nothing rather than give cairo a matrix it cannot invert.
 constexpr double kMinimumImageDeviceSide = 1.0 / 256;
+// Stored image pixels per device pixel beyond which images are averaged down before drawing
+// (pixman's 16.16 matrices end at 32 768).
+constexpr double kMaximumImageMinification = 4096;
 
 struct RGBA {
     double r = 0, g = 0, b = 0, a = 1;
@@ -203,6 +206,44 @@ private:
     const void* m_object;
     void (*m_call)(const void*, cairo_t*, double);
 };
+
+// Premultiplied pixels averaged over boxes of boxWidth × boxHeight (smaller at the right and
+// bottom edges), giving width × height pixels.
+std::vector<std::uint32_t> averagedBoxes(std::span<const std::uint32_t> pixels, int pixelWidth,
+                                         int pixelHeight, int boxWidth, int boxHeight, int width,
+                                         int height) {
+    std::vector<std::uint32_t> result(static_cast<std::size_t>(width) * height);
+    std::vector<std::uint64_t> sums(static_cast<std::size_t>(width) * 4);
+    for (int by = 0; by < height; ++by) {
+        std::fill(sums.begin(), sums.end(), 0);
+        const int top = by * boxHeight, bottom = std::min(pixelHeight, top + boxHeight);
+        for (int y = top; y < bottom; ++y) {
+            const std::uint32_t* row = pixels.data() + static_cast<std::size_t>(y) * pixelWidth;
+            for (int bx = 0; bx < width; ++bx) {
+                std::uint64_t* sum = &sums[static_cast<std::size_t>(bx) * 4];
+                const int end = std::min(pixelWidth, (bx + 1) * boxWidth);
+                for (int x = bx * boxWidth; x < end; ++x) {
+                    const std::uint32_t word = row[x];
+                    sum[0] += word & 0xff;
+                    sum[1] += (word >> 8) & 0xff;
+                    sum[2] += (word >> 16) & 0xff;
+                    sum[3] += word >> 24;
+                }
+            }
+        }
+        for (int bx = 0; bx < width; ++bx) {
+            const std::uint64_t count = static_cast<std::uint64_t>(bottom - top) *
+                                        (std::min(pixelWidth, (bx + 1) * boxWidth) - bx * boxWidth);
+            std::uint32_t word = 0;
+            for (int channel = 0; channel < 4; ++channel) {
+                const std::uint64_t sum = sums[static_cast<std::size_t>(bx) * 4 + channel];
+                word |= static_cast<std::uint32_t>((sum + count / 2) / count) << (channel * 8);
+            }
+            result[static_cast<std::size_t>(by) * width + bx] = word;
+        }
+    }
+    return result;
+}
 
 struct IntRect {
     int x = 0, y = 0, width = 0, height = 0;
@@ -1245,16 +1286,42 @@ void VLXGraphicsContext::drawImage(const VLXImage& image, const VLXRect& rect) {
     area.close();
 
     // Device → stored pixel: (u, v) of a device point, then the orientation's mapping.
-    const double iw = image.pixelWidth(), ih = image.pixelHeight();
     auto uvAt = [&](VLXPoint d) {
         const Real dx = d.x - px, dy = d.y - py;
         return std::pair<Real, Real>{(dx * vy - dy * vx) / det, (ux * dy - uy * dx) / det};
     };
     const Real ax = vy / det, ay = -vx / det, bx = -uy / det, by = ux / det;
-    const Real xa = iw * (cu * ax + cv * bx), xb = iw * (cu * ay + cv * by);
-    const Real ya = ih * (du * ax + dv * bx), yb = ih * (du * ay + dv * by);
     const auto [uZero, vZero] = uvAt(VLXPoint{0, 0});
-    const Real x0 = iw * (cu * uZero + cv * vZero + c0), y0 = ih * (du * uZero + dv * vZero + d0);
+    double iw = image.pixelWidth(), ih = image.pixelHeight();
+    Real xa = 0, xb = 0, ya = 0, yb = 0, x0 = 0, y0 = 0;
+    auto mapTo = [&](double width, double height) {
+        iw = width, ih = height;
+        xa = iw * (cu * ax + cv * bx), xb = iw * (cu * ay + cv * by);
+        ya = ih * (du * ax + dv * bx), yb = ih * (du * ay + dv * by);
+        x0 = iw * (cu * uZero + cv * vZero + c0), y0 = ih * (du * uZero + dv * vZero + d0);
+    };
+    mapTo(iw, ih);
+    // Pixman holds pattern matrices in 16.16 fixed point: an image shrunk so far that one
+    // device pixel spans more than kMaximumImageMinification stored pixels is first averaged
+    // down in boxes of about one device pixel (cairo's filter would sample it anyway).
+    const std::span<const std::uint32_t> original = image.pixels();
+    std::vector<std::uint32_t> reducedPixels;
+    const std::uint32_t* pixels = original.data();
+    auto boxFor = [](Real perDevicePixel) -> Real {
+        return perDevicePixel > kMaximumImageMinification ? std::ceil(perDevicePixel) : 1;
+    };
+    const Real kx = boxFor(std::fabs(xa) + std::fabs(xb));
+    const Real ky = boxFor(std::fabs(ya) + std::fabs(yb));
+    if (kx > 1 || ky > 1) {
+        const int boxWidth = static_cast<int>(std::clamp<Real>(kx, 1, image.pixelWidth()));
+        const int boxHeight = static_cast<int>(std::clamp<Real>(ky, 1, image.pixelHeight()));
+        const int width = (image.pixelWidth() + boxWidth - 1) / boxWidth;
+        const int height = (image.pixelHeight() + boxHeight - 1) / boxHeight;
+        reducedPixels = averagedBoxes(original, image.pixelWidth(), image.pixelHeight(), boxWidth,
+                                      boxHeight, width, height);
+        pixels = reducedPixels.data();
+        mapTo(width, height);
+    }
     // When the whole window sees less than a sliver of one pixel, that pixel's colour fills it:
     // cairo could not invert so strong a magnification.
     const Real span = std::max({std::fabs(xa), std::fabs(xb), std::fabs(ya), std::fabs(yb)}) *
@@ -1267,19 +1334,21 @@ void VLXGraphicsContext::drawImage(const VLXImage& image, const VLXRect& rect) {
     const bool magnified = span < 1.0 / 64 || std::fabs(x0) > 1e9 || std::fabs(y0) > 1e9 ||
                            cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS;
 
-    auto* data =
-        reinterpret_cast<unsigned char*>(const_cast<std::uint32_t*>(image.pixels().data()));
+    const int pixelWidth = static_cast<int>(iw), pixelHeight = static_cast<int>(ih);
+    auto* data = reinterpret_cast<unsigned char*>(const_cast<std::uint32_t*>(pixels));
     cairo_surface_t* surface = cairo_image_surface_create_for_data(
-        data, CAIRO_FORMAT_ARGB32, image.pixelWidth(), image.pixelHeight(), image.pixelWidth() * 4);
+        data, CAIRO_FORMAT_ARGB32, pixelWidth, pixelHeight, pixelWidth * 4);
     cairo_pattern_t* pattern = nullptr;
     if (magnified) {
         const auto [cx, cy] = uvAt(polygon.front());
-        const int sx = static_cast<int>(
-            std::clamp<Real>(std::floor(iw * (cu * cx + cv * cy + c0)), 0, iw - 1));
-        const int sy = static_cast<int>(
-            std::clamp<Real>(std::floor(ih * (du * cx + dv * cy + d0)), 0, ih - 1));
-        const std::uint32_t word =
-            image.pixels()[static_cast<std::size_t>(sy) * image.pixelWidth() + sx];
+        auto index = [](Real value, double size) {
+            return std::isfinite(value)
+                       ? static_cast<int>(std::clamp<Real>(std::floor(value), 0, size - 1))
+                       : 0;
+        };
+        const int sx = index(iw * (cu * cx + cv * cy + c0), iw);
+        const int sy = index(ih * (du * cx + dv * cy + d0), ih);
+        const std::uint32_t word = pixels[static_cast<std::size_t>(sy) * pixelWidth + sx];
         // The words are premultiplied; cairo takes straight colour.
         const double alpha = (word >> 24) / 255.0;
         auto straight = [&](int shift) {
