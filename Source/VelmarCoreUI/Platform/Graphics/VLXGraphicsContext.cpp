@@ -460,7 +460,14 @@ struct VLXGraphicsContext::Impl {
             const double sigma = std::min(kMaximumShadowSigma, state.shadowBlur / 2 * resolution);
             const int margin =
                 sigma > 0 ? static_cast<int>(std::ceil((3 * sigma + 2) / resolution)) : 0;
-            if (cairo_surface_t* mask = offscreen(CAIRO_FORMAT_A8, region, margin, resolution)) {
+            // A shadow offset off the page costs its whole blur and shows nothing.
+            const double ox = state.shadowOffset.width, oy = state.shadowOffset.height;
+            const bool visible =
+                region.x - margin + ox < deviceWidth && region.x + region.width + margin + ox > 0 &&
+                region.y - margin + oy < deviceHeight && region.y + region.height + margin + oy > 0;
+            cairo_surface_t* mask =
+                visible ? offscreen(CAIRO_FORMAT_A8, region, margin, resolution) : nullptr;
+            if (mask != nullptr) {
                 cairo_t* maskContext = cairo_create(mask);
                 draw(maskContext, 1);
                 cairo_destroy(maskContext);
