@@ -302,17 +302,3 @@ TEST(HostileDrawing, ExtremeSequencesKeepContextsValid) {
         }
     }
 }
-
-TEST(HostileDrawing, DocumentShadowsOffThePageAreNotRendered) {
-    auto render = [](VLXSize offset) {
-        auto svg = VLXGraphicsContext::createSVG({16, 16});
-        svg->setShadow(offset, 1000);
-        svg->fillRect(VLXRectMake(2, 2, 8, 8));
-        return svg->documentData();
-    };
-    EXPECT_NE(render(VLXSizeMake(3, 3)).find("<image"), std::string::npos);
-    // Blurred by at most 200 px at 2 px/pt: 301 points of margin, so 400 points off is gone.
-    const std::string far = render(VLXSizeMake(400, 0));
-    EXPECT_EQ(far.find("<image"), std::string::npos);
-    EXPECT_NE(far.find("<path"), std::string::npos);
-}
