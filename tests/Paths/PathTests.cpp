@@ -284,3 +284,29 @@ TEST(Path, ContainsPointWithBothFillRules) {
     EXPECT_TRUE(mixed.containsPoint({5, 5}));
     EXPECT_FALSE(mixed.containsPoint({21, 5}));
 }
+
+TEST(Path, BoundingBoxesOfHugeCoordinatesStayFinite) {
+    constexpr double kMax = std::numeric_limits<double>::max();
+    VLXPath line;
+    line.moveToPoint({-1e308, -1e308});
+    line.addLineToPoint({1e308, 1e308});
+    for (const VLXRect& box : {line.boundingBox(), line.pathBoundingBox()}) {
+        EXPECT_EQ(box.origin.x, -1e308);
+        EXPECT_EQ(box.size.width, kMax);
+        EXPECT_EQ(box.size.height, kMax);
+    }
+    // Curve extrema of huge controls: the hump's top is found, not skipped, and stays finite.
+    VLXPath hump;
+    hump.moveToPoint({0, 0});
+    hump.addCurveToPoint({0, 1e308}, {1e308, 1e308}, {1e308, 0});
+    const VLXRect tight = hump.pathBoundingBox();
+    EXPECT_TRUE(std::isfinite(tight.size.height));
+    EXPECT_NEAR(tight.maxY() / 1e308, 0.75, 1e-12);
+    EXPECT_EQ(tight.minX(), 0);
+    VLXPath quad;
+    quad.moveToPoint({-kMax, 0});
+    quad.addQuadCurveToPoint({0, kMax}, {kMax, 0});
+    const VLXRect q = quad.pathBoundingBox();
+    EXPECT_NEAR(q.maxY() / kMax, 0.5, 1e-12);
+    EXPECT_EQ(q.size.width, kMax);
+}

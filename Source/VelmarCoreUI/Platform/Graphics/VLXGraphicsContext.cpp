@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXDevicePath.h>
 #include <VelmarCoreUI/Platform/Graphics/Private/VLXPolylineReduction.h>
@@ -18,6 +19,7 @@
 namespace {
 
 using vlx::detail::DevicePath;
+using vlx::detail::DeviceWindow;
 using vlx::detail::Subpath;
 using vlx::detail::VLXPolylineStroker;
 using vlx::detail::VLXShadowBlur;
@@ -35,9 +37,21 @@ constexpr double kMaximumShadowSigma = 200;
 // Strokes with more line segments than this (in subpaths made of lines only) go through the
 // piecewise stroker; below it cairo's own single stroke is as fast and exact by definition.
 constexpr std::size_t kLongStrokeSegments = 2000;
-// Dashing that would make more dashes than this is left to cairo, which approximates dash
-// periods finer than its tolerance.
+// A dashed stroke draws its dashes only while they average at most this many per device pixel
+// of path (and there are at most kMaximumDashes of them); finer patterns cannot be seen as
+// dashes and are drawn as a solid line thinned to the pattern's duty cycle, so that no pattern
+// costs more than the pixels its path covers.
+constexpr double kMaximumDashesPerPixel = 2;
 constexpr double kMaximumDashes = 4e6;
+// Device pixels around a bitmap that fills and clips are cut to: beyond the surface nothing
+// shows, and cairo then only ever sees coordinates near it.
+constexpr double kWindowMargin = 4;
+// Image rectangles thinner than cairo's coordinate grid (1/256 px) on the device cover no
+// sample; they draw nothing rather than give cairo a matrix it cannot invert.
+constexpr double kMinimumImageDeviceSide = 1.0 / 256;
+// Stored image pixels per device pixel beyond which images are averaged down before drawing
+// (pixman's 16.16 matrices end at 32 768).
+constexpr double kMaximumImageMinification = 4096;
 
 struct RGBA {
     double r = 0, g = 0, b = 0, a = 1;
@@ -193,6 +207,44 @@ private:
     void (*m_call)(const void*, cairo_t*, double);
 };
 
+// Premultiplied pixels averaged over boxes of boxWidth × boxHeight (smaller at the right and
+// bottom edges), giving width × height pixels.
+std::vector<std::uint32_t> averagedBoxes(std::span<const std::uint32_t> pixels, int pixelWidth,
+                                         int pixelHeight, int boxWidth, int boxHeight, int width,
+                                         int height) {
+    std::vector<std::uint32_t> result(static_cast<std::size_t>(width) * height);
+    std::vector<std::uint64_t> sums(static_cast<std::size_t>(width) * 4);
+    for (int by = 0; by < height; ++by) {
+        std::fill(sums.begin(), sums.end(), 0);
+        const int top = by * boxHeight, bottom = std::min(pixelHeight, top + boxHeight);
+        for (int y = top; y < bottom; ++y) {
+            const std::uint32_t* row = pixels.data() + static_cast<std::size_t>(y) * pixelWidth;
+            for (int bx = 0; bx < width; ++bx) {
+                std::uint64_t* sum = &sums[static_cast<std::size_t>(bx) * 4];
+                const int end = std::min(pixelWidth, (bx + 1) * boxWidth);
+                for (int x = bx * boxWidth; x < end; ++x) {
+                    const std::uint32_t word = row[x];
+                    sum[0] += word & 0xff;
+                    sum[1] += (word >> 8) & 0xff;
+                    sum[2] += (word >> 16) & 0xff;
+                    sum[3] += word >> 24;
+                }
+            }
+        }
+        for (int bx = 0; bx < width; ++bx) {
+            const std::uint64_t count = static_cast<std::uint64_t>(bottom - top) *
+                                        (std::min(pixelWidth, (bx + 1) * boxWidth) - bx * boxWidth);
+            std::uint32_t word = 0;
+            for (int channel = 0; channel < 4; ++channel) {
+                const std::uint64_t sum = sums[static_cast<std::size_t>(bx) * 4 + channel];
+                word |= static_cast<std::uint32_t>((sum + count / 2) / count) << (channel * 8);
+            }
+            result[static_cast<std::size_t>(by) * width + bx] = word;
+        }
+    }
+    return result;
+}
+
 struct IntRect {
     int x = 0, y = 0, width = 0, height = 0;
     bool isEmpty() const { return width <= 0 || height <= 0; }
@@ -237,6 +289,7 @@ struct VLXGraphicsContext::Impl {
     std::vector<Subpath> fillSubpaths;    // reused by every fill and clip
     std::vector<Subpath> strokeSubpaths;  // reused by every stroke
     std::vector<VLXPoint> scratch;
+    std::vector<VLXPoint> clipped;  // reused by fills cut to the window
 
     ~Impl() {
         if (cr != nullptr) {
@@ -289,12 +342,27 @@ struct VLXGraphicsContext::Impl {
 
     VLXPoint toDevice(VLXPoint p) const { return VLXPointApplyAffineTransform(p, deviceMatrix()); }
 
-    void emitPath(cairo_t* c) {
+    // What can still show on the device: a bitmap with a small margin; for documents, the
+    // coordinate range every path is kept within.
+    DeviceWindow window() const {
+        if (kind == VLXGraphicsContextKind::Bitmap) {
+            return DeviceWindow{-kWindowMargin, -kWindowMargin, deviceWidth + kWindowMargin,
+                                deviceHeight + kWindowMargin};
+        }
+        constexpr double limit = vlx::detail::kDeviceCoordinateLimit;
+        return DeviceWindow{-limit, -limit, limit, limit};
+    }
+
+    // The current path as an area (fill or clip), cut to the window.
+    void emitPath(cairo_t* c) { emitArea(c, path); }
+
+    void emitArea(cairo_t* c, const DevicePath& area) {
         cairo_new_path(c);
-        subpathsOf(path, fillSubpaths);
+        subpathsOf(area, fillSubpaths);
+        const DeviceWindow w = window();
         for (const Subpath& subpath : fillSubpaths) {
             if (subpath.finite) {
-                emitSubpath(c, path, subpath);
+                vlx::detail::emitFillSubpath(c, area, subpath, w, scratch, clipped);
             }
         }
     }
@@ -392,7 +460,14 @@ struct VLXGraphicsContext::Impl {
             const double sigma = std::min(kMaximumShadowSigma, state.shadowBlur / 2 * resolution);
             const int margin =
                 sigma > 0 ? static_cast<int>(std::ceil((3 * sigma + 2) / resolution)) : 0;
-            if (cairo_surface_t* mask = offscreen(CAIRO_FORMAT_A8, region, margin, resolution)) {
+            // A shadow offset off the page costs its whole blur and shows nothing.
+            const double ox = state.shadowOffset.width, oy = state.shadowOffset.height;
+            const bool visible =
+                region.x - margin + ox < deviceWidth && region.x + region.width + margin + ox > 0 &&
+                region.y - margin + oy < deviceHeight && region.y + region.height + margin + oy > 0;
+            cairo_surface_t* mask =
+                visible ? offscreen(CAIRO_FORMAT_A8, region, margin, resolution) : nullptr;
+            if (mask != nullptr) {
                 cairo_t* maskContext = cairo_create(mask);
                 draw(maskContext, 1);
                 cairo_destroy(maskContext);
@@ -495,9 +570,70 @@ struct VLXGraphicsContext::Impl {
                                                      : CAIRO_LINE_CAP_BUTT;
     }
 
-    // Strokes the given subpaths as one cairo path, with cairo dashing.
+    // The fraction of a dash pattern that is "on" when its dashes are finer than a person can
+    // see on this path (see kMaximumDashesPerPixel), else nothing.
+    std::optional<double> subPixelDashDuty(const DevicePath& devicePath,
+                                           const std::vector<Subpath>& subpaths,
+                                           const VLXAffineTransform& m) {
+        if (state.dash.empty()) {
+            return std::nullopt;
+        }
+        // Each dash covers its length plus the caps' reach (round and square caps add half the
+        // line width at each end); an odd pattern repeats with on and off swapped, so it counts
+        // twice.
+        const std::size_t count = state.dash.size() * (state.dash.size() % 2 == 1 ? 2 : 1);
+        const double capReach = state.lineCap == VLXLineCap::Butt ? 0 : state.lineWidth;
+        double period = 0, on = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const double length = state.dash[i % state.dash.size()];
+            period += length;
+            on += i % 2 == 0 ? length + capReach : 0;
+        }
+        const double duty = period > 0 ? std::min(1.0, on / period) : 1.0;
+        if (!std::isfinite(period)) {
+            return duty;
+        }
+        // User-space length of the path (curves by their control polygons, an upper bound) and
+        // its device length, both over the coordinates cairo gets.
+        double userLength = 0, deviceLength = 0;
+        for (const Subpath& subpath : subpaths) {
+            if (!subpath.finite) {
+                continue;
+            }
+            std::span<const VLXPoint> points{devicePath.points.data() + subpath.pointBegin,
+                                             subpath.pointEnd - subpath.pointBegin};
+            if (std::any_of(points.begin(), points.end(), [](VLXPoint p) {
+                    return std::fabs(p.x) > vlx::detail::kDeviceCoordinateLimit ||
+                           std::fabs(p.y) > vlx::detail::kDeviceCoordinateLimit;
+                })) {
+                scratch.resize(points.size());
+                std::transform(points.begin(), points.end(), scratch.begin(), [](VLXPoint p) {
+                    return VLXPoint{vlx::detail::clampCoordinate(p.x),
+                                    vlx::detail::clampCoordinate(p.y)};
+                });
+                points = scratch;
+            }
+            userLength += VLXPolylineStroker::userSpaceLength(points, subpath.closed, m);
+            for (std::size_t i = 1; i < points.size(); ++i) {
+                deviceLength +=
+                    std::hypot(points[i].x - points[i - 1].x, points[i].y - points[i - 1].y);
+            }
+            if (subpath.closed && points.size() > 1) {
+                deviceLength += std::hypot(points.back().x - points.front().x,
+                                           points.back().y - points.front().y);
+            }
+        }
+        const double dashes = userLength / period * static_cast<double>(count);
+        if (!(dashes <= kMaximumDashes) || dashes > kMaximumDashesPerPixel * deviceLength + 16) {
+            return duty;
+        }
+        return std::nullopt;
+    }
+
+    // Strokes the given subpaths as one cairo path, with cairo dashing (`dash` empty: solid).
     void strokePlain(cairo_t* c, const DevicePath& devicePath, const std::vector<Subpath>& subpaths,
-                     const VLXAffineTransform& m, bool onlyWithCurves) {
+                     const VLXAffineTransform& m, bool onlyWithCurves,
+                     std::span<const double> dash) {
         cairo_new_path(c);
         bool any = false;
         for (const Subpath& subpath : subpaths) {
@@ -510,8 +646,8 @@ struct VLXGraphicsContext::Impl {
             return;
         }
         cairo_set_line_cap(c, cairoCap());
-        cairo_set_dash(c, state.dash.data(), static_cast<int>(state.dash.size()),
-                       state.dash.empty() ? 0 : state.dashPhase);
+        cairo_set_dash(c, dash.data(), static_cast<int>(dash.size()),
+                       dash.empty() ? 0 : state.dashPhase);
         const cairo_matrix_t matrix = cairoMatrix(m);
         cairo_set_matrix(c, &matrix);
         cairo_stroke(c);
@@ -527,11 +663,17 @@ struct VLXGraphicsContext::Impl {
         std::vector<Subpath>& subpaths = strokeSubpaths;
         subpathsOf(path, subpaths);
         std::size_t lineSegments = linesOnlySegments(subpaths);
+        // Dashes finer than a person can see draw as a solid line thinned to their duty cycle.
+        std::span<const double> dash = state.dash;
+        if (const std::optional<double> duty = subPixelDashDuty(path, subpaths, m)) {
+            dash = {};
+            opacity *= *duty;
+        }
         // Thin solid lines lose nothing visible when the vertices within one pixel column shrink
         // to their extremes (see VLXPolylineReduction.h). Not with miter joins: the spikes of
         // dropped vertices would vanish and the kept extremes grow new ones.
         const DevicePath* source = &path;
-        if (kind == VLXGraphicsContextKind::Bitmap && state.dash.empty() &&
+        if (kind == VLXGraphicsContextKind::Bitmap && dash.empty() &&
             state.lineJoin != VLXLineJoin::Miter && lineSegments > kLongStrokeSegments &&
             vlx::detail::polylineReductionEnabled() &&
             state.lineWidth * largestStretch(m) <= vlx::detail::kReductionMaximumDeviceWidth &&
@@ -544,24 +686,10 @@ struct VLXGraphicsContext::Impl {
         }
         bool piecewise =
             kind == VLXGraphicsContextKind::Bitmap && lineSegments > kLongStrokeSegments;
-        if (piecewise && !state.dash.empty()) {
-            double period = 0;
-            for (double length : state.dash) {
-                period += length;
-            }
-            double length = 0;
-            for (const Subpath& subpath : subpaths) {
-                if (subpath.finite && subpath.linesOnly) {
-                    length += VLXPolylineStroker::userSpaceLength(
-                        polylineOf(*source, subpath, scratch), subpath.closed, m);
-                }
-            }
-            piecewise = length / period * static_cast<double>(state.dash.size()) < kMaximumDashes;
-        }
         const RGBA color = toRGBA(state.strokeColor);
         if (!piecewise) {
             setSource(c, color, opacity);
-            strokePlain(c, *source, subpaths, m, false);
+            strokePlain(c, *source, subpaths, m, false, dash);
             return;
         }
         // The pieces' coverage is collected in an alpha group, where they add up to exactly one
@@ -569,8 +697,8 @@ struct VLXGraphicsContext::Impl {
         cairo_push_group_with_content(c, CAIRO_CONTENT_ALPHA);
         cairo_set_operator(c, CAIRO_OPERATOR_ADD);
         cairo_set_source_rgba(c, 0, 0, 0, 1);
-        strokePlain(c, *source, subpaths, m, true);
-        VLXPolylineStroker stroker(c, m, cairo_get_line_width(c), state.lineCap, state.dash,
+        strokePlain(c, *source, subpaths, m, true, dash);
+        VLXPolylineStroker stroker(c, m, cairo_get_line_width(c), state.lineCap, dash,
                                    state.dashPhase);
         for (const Subpath& subpath : subpaths) {
             if (subpath.finite && subpath.linesOnly) {
@@ -1101,32 +1229,151 @@ void VLXGraphicsContext::drawImage(const VLXImage& image, const VLXRect& rect) {
             cu = 0, cv = -1, c0 = 1, du = -1, dv = 0, d0 = 1;
             break;
     }
-    const double w = image.pixelWidth(), h = image.pixelHeight();
-    const double rx = rect.origin.x, ry = rect.origin.y;
-    cairo_matrix_t patternMatrix;
-    cairo_matrix_init(&patternMatrix, w * cu / rw, h * du / rw, w * cv / rh, h * dv / rh,
-                      w * (c0 - cu * rx / rw - cv * ry / rh),
-                      h * (d0 - du * rx / rw - dv * ry / rh));
-    if (cairo_matrix_invert(&patternMatrix) != CAIRO_STATUS_SUCCESS) {
-        return;
+    // Work on the device: the rectangle is the parallelogram p + u·U + v·V (u, v in 0…1), in
+    // long double so that huge finite rectangles neither overflow nor lose the visible part.
+    using Real = long double;
+    const Real ux = Real(m.a) * rw, uy = Real(m.b) * rw;
+    const Real vx = Real(m.c) * rh, vy = Real(m.d) * rh;
+    const Real px = Real(m.a) * rect.origin.x + Real(m.c) * rect.origin.y + m.tx;
+    const Real py = Real(m.b) * rect.origin.x + Real(m.d) * rect.origin.y + m.ty;
+    const Real det = ux * vy - uy * vx;
+    if (std::hypot(ux, uy) < kMinimumImageDeviceSide ||
+        std::hypot(vx, vy) < kMinimumImageDeviceSide || !(std::fabs(det) > 0) ||
+        !std::isfinite(det)) {
+        return;  // thinner than cairo's grid: it covers no sample
     }
-    cairo_matrix_invert(&patternMatrix);
+    // The visible part: the window cut by the parallelogram's four sides, each side's
+    // half-plane measured by a cross product (positive inside when det > 0). Working from the
+    // window keeps every point small whatever the size of the rectangle.
+    const DeviceWindow w = impl.window();
+    const Real sign = det > 0 ? 1 : -1;
+    auto side = [&](int edge, VLXPoint d) -> Real {
+        const Real dx = d.x - px, dy = d.y - py;
+        switch (edge) {
+            case 0:  // u ≥ 0
+                return sign * (dx * vy - dy * vx);
+            case 1:  // u ≤ 1
+                return sign * ((ux - dx) * vy - (uy - dy) * vx);
+            case 2:  // v ≥ 0
+                return sign * (ux * dy - uy * dx);
+            default:  // v ≤ 1
+                return sign * (ux * (vy - dy) - uy * (vx - dx));
+        }
+    };
+    std::vector<VLXPoint> polygon{VLXPoint{w.minX, w.minY}, VLXPoint{w.maxX, w.minY},
+                                  VLXPoint{w.maxX, w.maxY}, VLXPoint{w.minX, w.maxY}};
+    std::vector<VLXPoint> next;
+    for (int edge = 0; edge < 4 && !polygon.empty(); ++edge) {
+        next.clear();
+        VLXPoint previous = polygon.back();
+        Real previousSide = side(edge, previous);
+        for (const VLXPoint& current : polygon) {
+            const Real currentSide = side(edge, current);
+            if ((currentSide >= 0) != (previousSide >= 0)) {
+                const Real t = previousSide / (previousSide - currentSide);
+                next.push_back(
+                    VLXPoint{static_cast<double>(previous.x + t * (Real(current.x) - previous.x)),
+                             static_cast<double>(previous.y + t * (Real(current.y) - previous.y))});
+            }
+            if (currentSide >= 0) {
+                next.push_back(current);
+            }
+            previous = current;
+            previousSide = currentSide;
+        }
+        std::swap(polygon, next);
+    }
+    if (polygon.size() < 3) {
+        return;  // nothing of it reaches the device
+    }
+    DevicePath area;
+    for (const VLXPoint& q : polygon) {
+        area.lineTo(q);
+    }
+    area.close();
 
-    auto* data =
-        reinterpret_cast<unsigned char*>(const_cast<std::uint32_t*>(image.pixels().data()));
+    // Device → stored pixel: (u, v) of a device point, then the orientation's mapping.
+    auto uvAt = [&](VLXPoint d) {
+        const Real dx = d.x - px, dy = d.y - py;
+        return std::pair<Real, Real>{(dx * vy - dy * vx) / det, (ux * dy - uy * dx) / det};
+    };
+    const Real ax = vy / det, ay = -vx / det, bx = -uy / det, by = ux / det;
+    const auto [uZero, vZero] = uvAt(VLXPoint{0, 0});
+    double iw = image.pixelWidth(), ih = image.pixelHeight();
+    Real xa = 0, xb = 0, ya = 0, yb = 0, x0 = 0, y0 = 0;
+    auto mapTo = [&](double width, double height) {
+        iw = width, ih = height;
+        xa = iw * (cu * ax + cv * bx), xb = iw * (cu * ay + cv * by);
+        ya = ih * (du * ax + dv * bx), yb = ih * (du * ay + dv * by);
+        x0 = iw * (cu * uZero + cv * vZero + c0), y0 = ih * (du * uZero + dv * vZero + d0);
+    };
+    mapTo(iw, ih);
+    // Pixman holds pattern matrices in 16.16 fixed point: an image shrunk so far that one
+    // device pixel spans more than kMaximumImageMinification stored pixels is first averaged
+    // down in boxes of about one device pixel (cairo's filter would sample it anyway).
+    const std::span<const std::uint32_t> original = image.pixels();
+    std::vector<std::uint32_t> reducedPixels;
+    const std::uint32_t* pixels = original.data();
+    auto boxFor = [](Real perDevicePixel) -> Real {
+        return perDevicePixel > kMaximumImageMinification ? std::ceil(perDevicePixel) : 1;
+    };
+    const Real kx = boxFor(std::fabs(xa) + std::fabs(xb));
+    const Real ky = boxFor(std::fabs(ya) + std::fabs(yb));
+    if (kx > 1 || ky > 1) {
+        const int boxWidth = static_cast<int>(std::clamp<Real>(kx, 1, image.pixelWidth()));
+        const int boxHeight = static_cast<int>(std::clamp<Real>(ky, 1, image.pixelHeight()));
+        const int width = (image.pixelWidth() + boxWidth - 1) / boxWidth;
+        const int height = (image.pixelHeight() + boxHeight - 1) / boxHeight;
+        reducedPixels = averagedBoxes(original, image.pixelWidth(), image.pixelHeight(), boxWidth,
+                                      boxHeight, width, height);
+        pixels = reducedPixels.data();
+        mapTo(width, height);
+    }
+    // When the whole window sees less than a sliver of one pixel, that pixel's colour fills it:
+    // cairo could not invert so strong a magnification.
+    const Real span = std::max({std::fabs(xa), std::fabs(xb), std::fabs(ya), std::fabs(yb)}) *
+                      (Real(w.maxX) - w.minX + w.maxY - w.minY);
+    cairo_matrix_t patternMatrix;
+    cairo_matrix_init(&patternMatrix, static_cast<double>(xa), static_cast<double>(ya),
+                      static_cast<double>(xb), static_cast<double>(yb), static_cast<double>(x0),
+                      static_cast<double>(y0));
+    cairo_matrix_t inverse = patternMatrix;
+    const bool magnified = span < 1.0 / 64 || std::fabs(x0) > 1e9 || std::fabs(y0) > 1e9 ||
+                           cairo_matrix_invert(&inverse) != CAIRO_STATUS_SUCCESS;
+
+    const int pixelWidth = static_cast<int>(iw), pixelHeight = static_cast<int>(ih);
+    auto* data = reinterpret_cast<unsigned char*>(const_cast<std::uint32_t*>(pixels));
     cairo_surface_t* surface = cairo_image_surface_create_for_data(
-        data, CAIRO_FORMAT_ARGB32, image.pixelWidth(), image.pixelHeight(), image.pixelWidth() * 4);
-    cairo_pattern_t* pattern = cairo_pattern_create_for_surface(surface);
-    cairo_pattern_set_matrix(pattern, &patternMatrix);
-    cairo_pattern_set_filter(pattern, CAIRO_FILTER_GOOD);
-    cairo_pattern_set_extend(pattern, CAIRO_EXTEND_PAD);
+        data, CAIRO_FORMAT_ARGB32, pixelWidth, pixelHeight, pixelWidth * 4);
+    cairo_pattern_t* pattern = nullptr;
+    if (magnified) {
+        const auto [cx, cy] = uvAt(polygon.front());
+        auto index = [](Real value, double size) {
+            return std::isfinite(value)
+                       ? static_cast<int>(std::clamp<Real>(std::floor(value), 0, size - 1))
+                       : 0;
+        };
+        const int sx = index(iw * (cu * cx + cv * cy + c0), iw);
+        const int sy = index(ih * (du * cx + dv * cy + d0), ih);
+        const std::uint32_t word = pixels[static_cast<std::size_t>(sy) * pixelWidth + sx];
+        // The words are premultiplied; cairo takes straight colour.
+        const double alpha = (word >> 24) / 255.0;
+        auto straight = [&](int shift) {
+            return alpha > 0 ? std::min(1.0, ((word >> shift) & 0xff) / 255.0 / alpha) : 0.0;
+        };
+        pattern = cairo_pattern_create_rgba(straight(16), straight(8), straight(0), alpha);
+    } else {
+        pattern = cairo_pattern_create_for_surface(surface);
+        cairo_pattern_set_matrix(pattern, &patternMatrix);
+        cairo_pattern_set_filter(pattern, CAIRO_FILTER_GOOD);
+        cairo_pattern_set_extend(pattern, CAIRO_EXTEND_PAD);
+    }
     if (cairo_pattern_status(pattern) == CAIRO_STATUS_SUCCESS) {
         impl.perform(
             [&](cairo_t* target, double opacity) {
                 cairo_save(target);
-                const cairo_matrix_t matrix = cairoMatrix(m);
-                cairo_set_matrix(target, &matrix);
-                cairo_rectangle(target, rx, ry, rw, rh);
+                cairo_identity_matrix(target);
+                impl.emitArea(target, area);
                 cairo_clip(target);
                 cairo_set_source(target, pattern);
                 cairo_paint_with_alpha(target, opacity);

@@ -98,8 +98,11 @@ enum class VLXGraphicsContextKind {
 /// built earlier still work); subpaths with NaN or infinite points are left out; coordinates
 /// beyond about a million pixels are clamped (which bends lines that reach that far); negative
 /// or non-finite widths, miter limits and alphas are ignored; a bad dash draws solid; restoring
-/// more often than saving is ignored. Once cairo itself reports an error (out of memory) the
-/// context stops drawing and `isValid()` turns false; other contexts are unaffected.
+/// more often than saving is ignored. Fills, clips and images are cut to the surface before
+/// cairo sees them, so huge or tiny device geometry costs what its visible part costs; dash
+/// patterns finer than about two dashes per device pixel draw as a solid line thinned to the
+/// pattern's duty cycle. Once cairo itself reports an error (out of memory) the context stops
+/// drawing and `isValid()` turns false; other contexts are unaffected.
 ///
 /// Long polylines (more than 2 000 line segments in a bitmap) are stroked in pieces, since cairo
 /// slows down super-linearly with the length of one path; the pixels match a single stroke up
@@ -238,8 +241,9 @@ public:
 
     /// Draws the image upright into `rect` (scaled to fill it with cairo's good filter, edges
     /// kept sharp), honouring its orientation, the alpha, blend mode, clip and shadow. A negative
-    /// width or height mirrors it; an empty or non-finite rectangle, a zero-size image or an
-    /// unusable CTM draws nothing.
+    /// width or height mirrors it; an empty or non-finite rectangle, one thinner than 1/256 of a
+    /// device pixel, a zero-size image or an unusable CTM draws nothing. Magnified so far that
+    /// the surface sees less than a sliver of one image pixel, that pixel's colour is drawn.
     void drawImage(const VLXImage& image, const VLXRect& rect);
 
     /// Runs `draw` as one drawing operation with this context's effects: global alpha, blend

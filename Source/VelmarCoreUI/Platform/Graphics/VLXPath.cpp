@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <numbers>
 #include <ostream>
@@ -56,8 +57,13 @@ struct Extent {
         maxY = std::max(maxY, p.y);
         any = true;
     }
+    // A side wider than the largest double (finite points at both ends of the range) is the
+    // largest double, so that the box stays finite and starts at the true minimum.
     VLXRect rect() const {
-        return any ? VLXRectMake(minX, minY, maxX - minX, maxY - minY) : VLXRectNull;
+        constexpr double largest = std::numeric_limits<double>::max();
+        return any ? VLXRectMake(minX, minY, std::min(maxX - minX, largest),
+                                 std::min(maxY - minY, largest))
+                   : VLXRectNull;
     }
 };
 
@@ -97,24 +103,45 @@ double cubicAt(double p0, double p1, double p2, double p3, double t) {
     return u * u * u * p0 + 3 * u * u * t * p1 + 3 * u * t * t * p2 + t * t * t * p3;
 }
 
-void addCubicExtrema(Extent& extent, VLXPoint p0, VLXPoint p1, VLXPoint p2, VLXPoint p3) {
+// The extrema are found on the points scaled down by a power of two (exact), so that the
+// polynomial's coefficients cannot overflow for finite points, and scaled back.
+double extremaScale(std::initializer_list<VLXPoint> points) {
+    double largest = 0;
+    for (const VLXPoint& p : points) {
+        largest = std::max({largest, std::fabs(p.x), std::fabs(p.y)});
+    }
+    // Large enough coordinates go to [1, 2), where squares of the coefficients stay finite.
+    return largest > 1e100 ? std::ldexp(1.0, -std::ilogb(largest)) : 1;
+}
+
+VLXPoint scaled(VLXPoint p, double factor) {
+    return VLXPoint{p.x * factor, p.y * factor};
+}
+
+void addCubicExtrema(Extent& extent, VLXPoint q0, VLXPoint q1, VLXPoint q2, VLXPoint q3) {
+    const double factor = extremaScale({q0, q1, q2, q3});
+    const VLXPoint p0 = scaled(q0, factor), p1 = scaled(q1, factor), p2 = scaled(q2, factor),
+                   p3 = scaled(q3, factor);
+    auto add = [&](VLXPoint p) { extent.add(scaled(p, 1 / factor)); };
     double roots[2];
     // B'(t)/3 = a·t² + b·t + c per coordinate.
     const int nx = unitRoots(-p0.x + 3 * p1.x - 3 * p2.x + p3.x, 2 * (p0.x - 2 * p1.x + p2.x),
                              p1.x - p0.x, roots);
     for (int i = 0; i < nx; ++i) {
         const double t = roots[i];
-        extent.add({cubicAt(p0.x, p1.x, p2.x, p3.x, t), cubicAt(p0.y, p1.y, p2.y, p3.y, t)});
+        add({cubicAt(p0.x, p1.x, p2.x, p3.x, t), cubicAt(p0.y, p1.y, p2.y, p3.y, t)});
     }
     const int ny = unitRoots(-p0.y + 3 * p1.y - 3 * p2.y + p3.y, 2 * (p0.y - 2 * p1.y + p2.y),
                              p1.y - p0.y, roots);
     for (int i = 0; i < ny; ++i) {
         const double t = roots[i];
-        extent.add({cubicAt(p0.x, p1.x, p2.x, p3.x, t), cubicAt(p0.y, p1.y, p2.y, p3.y, t)});
+        add({cubicAt(p0.x, p1.x, p2.x, p3.x, t), cubicAt(p0.y, p1.y, p2.y, p3.y, t)});
     }
 }
 
-void addQuadExtrema(Extent& extent, VLXPoint p0, VLXPoint p1, VLXPoint p2) {
+void addQuadExtrema(Extent& extent, VLXPoint q0, VLXPoint q1, VLXPoint q2) {
+    const double factor = extremaScale({q0, q1, q2});
+    const VLXPoint p0 = scaled(q0, factor), p1 = scaled(q1, factor), p2 = scaled(q2, factor);
     auto at = [&](double t) {
         const double u = 1 - t;
         return VLXPoint{u * u * p0.x + 2 * u * t * p1.x + t * t * p2.x,
@@ -124,14 +151,14 @@ void addQuadExtrema(Extent& extent, VLXPoint p0, VLXPoint p1, VLXPoint p2) {
     if (dx != 0) {
         const double t = (p0.x - p1.x) / dx;
         if (t > 0 && t < 1) {
-            extent.add(at(t));
+            extent.add(scaled(at(t), 1 / factor));
         }
     }
     const double dy = p0.y - 2 * p1.y + p2.y;
     if (dy != 0) {
         const double t = (p0.y - p1.y) / dy;
         if (t > 0 && t < 1) {
-            extent.add(at(t));
+            extent.add(scaled(at(t), 1 / factor));
         }
     }
 }

@@ -64,4 +64,21 @@ void emitSubpath(cairo_t* cr, const DevicePath& path, const Subpath& subpath);
 std::span<const VLXPoint> polylineOf(const DevicePath& path, const Subpath& subpath,
                                      std::vector<VLXPoint>& scratch);
 
+/// The part of device space that can still show: the surface (or page) with a small margin.
+struct DeviceWindow {
+    double minX = 0, minY = 0, maxX = 0, maxY = 0;
+    bool contains(VLXPoint p) const {
+        return p.x >= minX && p.x <= maxX && p.y >= minY && p.y <= maxY;
+    }
+};
+
+/// Appends the subpath as an area to fill, cut to `window`: a subpath lying inside is emitted
+/// as it is (curves included); any other is flattened (only where it can reach the window) and
+/// clipped to the window as a closed polygon, which keeps every winding number inside the
+/// window and so both fill rules. Runs of points along one window edge collapse, so a huge path
+/// around the window costs about as much as its part inside. `scratch` and `clipped` are reused.
+void emitFillSubpath(cairo_t* cr, const DevicePath& path, const Subpath& subpath,
+                     const DeviceWindow& window, std::vector<VLXPoint>& scratch,
+                     std::vector<VLXPoint>& clipped);
+
 }  // namespace vlx::detail
