@@ -12,6 +12,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -63,6 +64,40 @@ Entry makeEntry(std::string_view pattern, const VLXTimeZone& zone, std::string_v
     return entry;
 }
 
+// Reads the whole of `input` into a copy of the entry's calendar (parsing a zone name re-zones
+// the calendar it parses into, and the cached one must stay intact).
+std::optional<UDate> parseWhole(Entry& entry, const icu::UnicodeString& input, bool lenient) {
+    std::unique_ptr<icu::Calendar> calendar(entry.calendar->clone());
+    if (!calendar) {
+        return std::nullopt;
+    }
+    calendar->clear();
+    calendar->setLenient(lenient);
+    icu::ParsePosition position(0);
+    entry.format->parse(input, *calendar, position);
+    if (position.getErrorIndex() >= 0 || position.getIndex() != input.length()) {
+        return std::nullopt;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const UDate millis = calendar->getTime(status);
+    if (U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    return millis;
+}
+
+icu::UnicodeString formatted(Entry& entry, UDate millis) {
+    icu::UnicodeString text;
+    UErrorCode status = U_ZERO_ERROR;
+    entry.calendar->setTime(millis, status);
+    if (U_FAILURE(status)) {
+        return text;
+    }
+    icu::FieldPosition position(icu::FieldPosition::DONT_CARE);
+    entry.format->format(*entry.calendar, text, position);
+    return text;
+}
+
 class FormatterCache {
 public:
     // Runs `body(entry)` with the cached formatter of the key, under the cache's lock.
@@ -74,10 +109,12 @@ public:
             Entry entry = makeEntry(pattern, zone, localeId);
             return body(entry);
         }
+        // Each part is preceded by its length, so no text of a part (separators included) can
+        // make two different requests share a key.
         m_key.clear();
-        m_key.append(pattern).push_back('\x1f');
-        m_key.append(zone.name()).push_back('\x1f');
-        m_key.append(localeId);
+        appendPart(pattern);
+        appendPart(zone.name());
+        appendPart(localeId);
         auto found = m_index.find(m_key);
         if (found != m_index.end()) {
             m_entries.splice(m_entries.begin(), m_entries, found->second);
@@ -108,6 +145,12 @@ public:
     }
 
 private:
+    void appendPart(std::string_view part) {
+        const std::size_t length = part.size();
+        m_key.append(reinterpret_cast<const char*>(&length), sizeof length);
+        m_key.append(part);
+    }
+
     void evictLast() {
         m_index.erase(m_entries.back().first);
         m_entries.pop_back();
@@ -177,24 +220,20 @@ std::optional<VLXDate> VLXDateFormatter::dateFromString(std::string_view text) c
         if (!entry.format) {
             return;
         }
-        // Parsing a zone name re-zones the calendar it parses into; a clone keeps the cached
-        // one intact.
-        std::unique_ptr<icu::Calendar> calendar(entry.calendar->clone());
-        if (!calendar) {
+        std::optional<UDate> millis = parseWhole(entry, input, false);
+        if (!millis) {
+            // ICU's strict calendar refuses fields beyond about ±144 000 years (2^52 ms) that
+            // it formats itself. A lenient reading is accepted when it formats back to exactly
+            // the text, which still rejects rolled-over fields such as 30 February.
+            millis = parseWhole(entry, input, true);
+            if (millis && formatted(entry, *millis) != input) {
+                millis.reset();
+            }
+        }
+        if (!millis) {
             return;
         }
-        calendar->clear();
-        icu::ParsePosition position(0);
-        entry.format->parse(input, *calendar, position);
-        if (position.getErrorIndex() >= 0 || position.getIndex() != input.length()) {
-            return;
-        }
-        UErrorCode status = U_ZERO_ERROR;
-        const UDate millis = calendar->getTime(status);
-        if (U_FAILURE(status)) {
-            return;
-        }
-        const VLXDate date = VLXDate::dateWithTimeIntervalSince1970(millis / 1000.0);
+        const VLXDate date = VLXDate::dateWithTimeIntervalSince1970(*millis / 1000.0);
         if (date.isInCalendarRange()) {
             result = date;
         }
