@@ -134,3 +134,19 @@ TEST(DateFormatter, FarDatesParseBackWhatTheyFormat) {
     // Beyond the range: nil, even though the text is well formed.
     EXPECT_FALSE(formatter.dateFromString("3170844-01-01 00").has_value());
 }
+
+TEST(DateFormatter, LocalesICUCannotReadFallBackToTheDefault) {
+    // Day periods ("B") look up rules by the locale's name, which an unreadable identifier
+    // lacks; such identifiers format as the default locale does.
+    const std::string expected =
+        VLXDateFormatter("h B EEE", VLXTimeZone::UTC()).stringFromDate(kMonday);
+    EXPECT_EQ(expected, "9 in the morning Mon");
+    for (const std::string locale : {std::string("EEE, d MUS/\x01"), std::string("en\0US", 5)}) {
+        const VLXDateFormatter formatter("h B EEE", VLXTimeZone::UTC(), locale);
+        EXPECT_EQ(formatter.stringFromDate(kMonday), expected);
+        EXPECT_EQ(formatter.dateFromString("9 in the morning Mon").has_value(),
+                  VLXDateFormatter("h B EEE", VLXTimeZone::UTC())
+                      .dateFromString("9 in the morning Mon")
+                      .has_value());
+    }
+}

@@ -40,7 +40,12 @@ struct Entry {
 Entry makeEntry(std::string_view pattern, const VLXTimeZone& zone, std::string_view localeId) {
     Entry entry;
     const std::string localeName(localeId.substr(0, kMaximumLocaleLength));
-    const icu::Locale locale(localeName.c_str());
+    icu::Locale locale(localeName.c_str());
+    if (locale.isBogus() || localeName.find('\0') != std::string::npos) {
+        // ICU keeps no name for identifiers it cannot read, and some of its lookups (day
+        // periods) then crash; such identifiers mean the default locale.
+        locale = icu::Locale(VLXDateFormatter::kDefaultLocaleIdentifier.data());
+    }
     const auto* icuZone = static_cast<const icu::TimeZone*>(vlx::detail::icuTimeZone(zone));
     UErrorCode status = U_ZERO_ERROR;
     auto format = std::make_unique<icu::SimpleDateFormat>(fromUTF8(pattern), locale, status);
