@@ -88,9 +88,9 @@ for target in "${targets[@]}"; do
         status=FAILED
         failed=1
     fi
-    runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1)
+    runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1 || true)
     coverage=$(grep -E '^#[0-9]+.*(DONE|pulse|NEW|REDUCE|INITED)' "$log" | tail -n 1 |
-        sed -n 's/.*\(cov: [0-9]* ft: [0-9]*\).*/\1/p')
+        sed -n 's/.*\(cov: [0-9]* ft: [0-9]*\).*/\1/p' || true)
     echo "fuzz: $target $status (${runs:-?} runs, ${coverage:-no coverage line}, $((SECONDS - start)) s)"
     if [[ $status != ok ]]; then
         grep -E 'ERROR|invariant failed|SUMMARY|Test unit written' "$log" | head -n 8 | sed 's/^/    /'
