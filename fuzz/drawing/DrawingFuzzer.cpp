@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -19,14 +21,57 @@ namespace {
 
 constexpr int kMaxOperations = 64;
 
-VLXPoint point(FuzzedDataProvider& data) {
-    return {vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data)};
+// The numbers of one operation, kept so that VLX_FUZZ_TRACE=1 can print what an input does.
+struct Numbers {
+    FuzzedDataProvider& data;
+    std::vector<double> read;
+    double operator()() { return read.emplace_back(vlxfuzz::edgyDouble(data)); }
+    int choice(int last) {
+        return static_cast<int>(read.emplace_back(data.ConsumeIntegralInRange<int>(0, last)));
+    }
+};
+
+VLXPoint point(Numbers& number) {
+    const double x = number();
+    return {x, number()};
 }
 
-VLXRect rect(FuzzedDataProvider& data) {
-    return {{vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data)},
-            {vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data)}};
+VLXRect rect(Numbers& number) {
+    const double x = number();
+    const double y = number();
+    const double width = number();
+    return {{x, y}, {width, number()}};
 }
+
+constexpr const char* kOperationNames[] = {
+    "saveGState",
+    "restoreGState",
+    "translateCTM",
+    "scaleCTM",
+    "rotateCTM",
+    "concatCTM",
+    "setFillColor",
+    "setLineWidth",
+    "setLineDash",
+    "setAlpha",
+    "setBlendMode",
+    "setShadow",
+    "setLineCap",
+    "setLineJoin",
+    "setMiterLimit",
+    "moveToPoint",
+    "addLineToPoint",
+    "addCurveToPoint",
+    "addRect",
+    "addEllipseInRect",
+    "closePath",
+    "drawPath",
+    "clip (1: even-odd)",
+    "fillRect",
+    "clipToRect",
+    "drawImage",
+    "path: move, line, addArc (last: clockwise), bounds, containsPoint",
+    "addPath"};
 
 const std::shared_ptr<VLXImage>& sampleImage() {
     static const std::shared_ptr<VLXImage> image =
@@ -34,10 +79,12 @@ const std::shared_ptr<VLXImage>& sampleImage() {
     return image;
 }
 
-void play(VLXGraphicsContext& context, FuzzedDataProvider& data) {
+void play(VLXGraphicsContext& context, FuzzedDataProvider& data, bool trace) {
     VLXPath path;
     for (int step = 0; step < kMaxOperations && data.remaining_bytes() > 0; ++step) {
-        switch (data.ConsumeIntegralInRange<int>(0, 27)) {
+        Numbers number{data, {}};
+        const int operation = data.ConsumeIntegralInRange<int>(0, 27);
+        switch (operation) {
             case 0:
                 context.saveGState();
                 break;
@@ -45,104 +92,102 @@ void play(VLXGraphicsContext& context, FuzzedDataProvider& data) {
                 context.restoreGState();
                 break;
             case 2:
-                context.translateCTM(vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data));
+                context.translateCTM(number(), number());
                 break;
             case 3:
-                context.scaleCTM(vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data));
+                context.scaleCTM(number(), number());
                 break;
             case 4:
-                context.rotateCTM(vlxfuzz::edgyDouble(data));
+                context.rotateCTM(number());
                 break;
             case 5:
-                context.concatCTM({vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data),
-                                   vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data),
-                                   vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data)});
+                context.concatCTM({number(), number(), number(), number(), number(), number()});
                 break;
             case 6:
-                context.setFillColor(VLXColor::colorWithRed(vlxfuzz::edgyDouble(data), 0.5,
-                                                            vlxfuzz::edgyDouble(data),
-                                                            vlxfuzz::edgyDouble(data)));
+                context.setFillColor(VLXColor::colorWithRed(number(), 0.5, number(), number()));
                 break;
             case 7:
-                context.setLineWidth(vlxfuzz::edgyDouble(data));
+                context.setLineWidth(number());
                 break;
             case 8: {
                 std::vector<double> lengths(data.ConsumeIntegralInRange<std::size_t>(0, 6));
                 for (double& length : lengths) {
-                    length = vlxfuzz::edgyDouble(data);
+                    length = number();
                 }
-                context.setLineDash(vlxfuzz::edgyDouble(data), lengths);
+                context.setLineDash(number(), lengths);
                 break;
             }
             case 9:
-                context.setAlpha(vlxfuzz::edgyDouble(data));
+                context.setAlpha(number());
                 break;
             case 10:
-                context.setBlendMode(
-                    static_cast<VLXBlendMode>(data.ConsumeIntegralInRange<int>(0, 27)));
+                context.setBlendMode(static_cast<VLXBlendMode>(number.choice(27)));
                 break;
             case 11:
-                context.setShadow({vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data)},
-                                  vlxfuzz::edgyDouble(data), VLXColor::blackColor());
+                context.setShadow({number(), number()}, number(), VLXColor::blackColor());
                 break;
             case 12:
-                context.setLineCap(static_cast<VLXLineCap>(data.ConsumeIntegralInRange<int>(0, 2)));
+                context.setLineCap(static_cast<VLXLineCap>(number.choice(2)));
                 break;
             case 13:
-                context.setLineJoin(
-                    static_cast<VLXLineJoin>(data.ConsumeIntegralInRange<int>(0, 2)));
+                context.setLineJoin(static_cast<VLXLineJoin>(number.choice(2)));
                 break;
             case 14:
-                context.setMiterLimit(vlxfuzz::edgyDouble(data));
+                context.setMiterLimit(number());
                 break;
             case 15:
-                context.moveToPoint(point(data));
+                context.moveToPoint(point(number));
                 break;
             case 16:
-                context.addLineToPoint(point(data));
+                context.addLineToPoint(point(number));
                 break;
             case 17:
-                context.addCurveToPoint(point(data), point(data), point(data));
+                context.addCurveToPoint(point(number), point(number), point(number));
                 break;
             case 18:
-                context.addRect(rect(data));
+                context.addRect(rect(number));
                 break;
             case 19:
-                context.addEllipseInRect(rect(data));
+                context.addEllipseInRect(rect(number));
                 break;
             case 20:
                 context.closePath();
                 break;
             case 21:
-                context.drawPath(
-                    static_cast<VLXPathDrawingMode>(data.ConsumeIntegralInRange<int>(0, 4)));
+                context.drawPath(static_cast<VLXPathDrawingMode>(number.choice(4)));
                 break;
             case 22:
-                context.clip(data.ConsumeBool() ? VLXPathFillRule::EvenOdd
-                                                : VLXPathFillRule::Winding);
+                context.clip(number.choice(1) == 1 ? VLXPathFillRule::EvenOdd
+                                                   : VLXPathFillRule::Winding);
                 break;
             case 23:
-                context.fillRect(rect(data));
+                context.fillRect(rect(number));
                 break;
             case 24:
-                context.clipToRect(rect(data));
+                context.clipToRect(rect(number));
                 break;
             case 25:
-                context.drawImage(*sampleImage(), rect(data));
+                context.drawImage(*sampleImage(), rect(number));
                 break;
             case 26: {
-                path.moveToPoint(point(data));
-                path.addLineToPoint(point(data));
-                path.addArc(point(data), vlxfuzz::edgyDouble(data), vlxfuzz::edgyDouble(data),
-                            vlxfuzz::edgyDouble(data), data.ConsumeBool());
+                path.moveToPoint(point(number));
+                path.addLineToPoint(point(number));
+                path.addArc(point(number), number(), number(), number(), number.choice(1) == 1);
                 (void)path.boundingBox();
                 (void)path.pathBoundingBox();
-                (void)path.containsPoint(point(data));
+                (void)path.containsPoint(point(number));
                 break;
             }
             default:
                 context.addPath(path);
                 break;
+        }
+        if (trace) {
+            std::fprintf(stderr, "%2d %s", step, kOperationNames[operation]);
+            for (double value : number.read) {
+                std::fprintf(stderr, " %.17g", value);
+            }
+            std::fprintf(stderr, "\n");
         }
     }
 }
@@ -160,8 +205,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::vector<std::uint8_t> script(bytes + (size - data.remaining_bytes()), bytes + size);
     FuzzedDataProvider forBitmap(script.data(), script.size());
     FuzzedDataProvider forSVG(script.data(), script.size());
-    play(*bitmap, forBitmap);
-    play(*svg, forSVG);
+    static const bool trace = std::getenv("VLX_FUZZ_TRACE") != nullptr;
+    if (trace) {
+        std::fprintf(stderr, "bitmap 16 × 16 at scale %g\n", scale);
+    }
+    play(*bitmap, forBitmap, trace);
+    play(*svg, forSVG, false);
 
     // Odd input never reaches cairo as an error: both contexts stay valid.
     VLX_FUZZ_CHECK(bitmap->isValid() && svg->isValid(), "a context turned invalid");
