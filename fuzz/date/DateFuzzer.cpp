@@ -40,6 +40,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         data.ConsumeBool() ? std::string("en_US_POSIX") : data.ConsumeRandomLengthString(20);
     const double seconds = data.ConsumeBool() ? vlxfuzz::edgyDouble(data)
                                               : data.ConsumeFloatingPointInRange(-1e14, 1e14);
+    const bool checkCache = data.ConsumeIntegralInRange<int>(0, 3) == 0;
+    const char* full =
+        kFullPatterns[data.ConsumeIntegralInRange<std::size_t>(0, std::size(kFullPatterns) - 1)];
     const std::string text = data.ConsumeRemainingBytesAsString();
 
     const std::optional<VLXTimeZone> found = VLXTimeZone::timeZoneWithName(zoneName);
@@ -52,17 +55,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const VLXTimeZone zone = found.value_or(VLXTimeZone::UTC());
     const VLXDate date = VLXDate::dateWithTimeIntervalSince1970(seconds);
 
-    // The cache must not change results.
+    // The cache must not change results. Comparing with an uncached formatter empties the
+    // cache, which makes the next inputs slow, so one input in four does it.
     const VLXDateFormatter formatter(pattern, zone, locale);
     const std::string cached = formatter.stringFromDate(date);
     const std::optional<VLXDate> parsedCached = formatter.dateFromString(text);
-    const std::size_t capacity = VLXDateFormatter::cacheCapacity();
-    VLXDateFormatter::setCacheCapacity(0);
-    const std::string uncached = formatter.stringFromDate(date);
-    const std::optional<VLXDate> parsedUncached = formatter.dateFromString(text);
-    VLXDateFormatter::setCacheCapacity(capacity);
-    VLX_FUZZ_CHECK(cached == uncached, pattern + " | " + zone.name() + " | " + locale);
-    VLX_FUZZ_CHECK(parsedCached == parsedUncached, pattern + " | " + text);
+    if (checkCache) {
+        const std::size_t capacity = VLXDateFormatter::cacheCapacity();
+        VLXDateFormatter::setCacheCapacity(0);
+        const std::string uncached = formatter.stringFromDate(date);
+        const std::optional<VLXDate> parsedUncached = formatter.dateFromString(text);
+        VLXDateFormatter::setCacheCapacity(capacity);
+        VLX_FUZZ_CHECK(cached == uncached, pattern + " | " + zone.name() + " | " + locale);
+        VLX_FUZZ_CHECK(parsedCached == parsedUncached, pattern + " | " + text);
+    }
     if (parsedCached) {
         VLX_FUZZ_CHECK(parsedCached->isInCalendarRange(), text);
     }
@@ -74,7 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     // Milliseconds are what the patterns keep; near ±1e14 s a double holds them only to 16 ms.
     const double tolerance =
         0.001 + 2 * std::fabs(std::nextafter(seconds * 1000.0, 0.0) - seconds * 1000.0) / 1000.0;
-    for (const char* full : kFullPatterns) {
+    {
         const VLXDateFormatter exact(full, zone);
         const std::string written = exact.stringFromDate(date);
         VLX_FUZZ_CHECK(!written.empty(), show(seconds));

@@ -125,6 +125,18 @@ TEST(DateFormatter, FarDatesParseBackWhatTheyFormat) {
             }
         }
     }
+    // Text with milliseconds reads back to a date that formats to the same text, also before
+    // 1970, where whole milliseconds ÷ 1000 lie just below the millisecond they stand for.
+    const VLXDateFormatter millis("uuuu-MM-dd HH:mm:ss.SSS", VLXTimeZone::UTC());
+    for (const char* text :
+         {"1969-12-31 23:57:50.581", "1969-12-31 23:59:59.999", "1969-12-31 23:59:59.001",
+          "1970-01-01 00:00:00.001", "-2000-06-30 12:00:00.007"}) {
+        const auto date = millis.dateFromString(text);
+        ASSERT_TRUE(date.has_value()) << text;
+        EXPECT_EQ(millis.stringFromDate(*date), text);
+    }
+    EXPECT_EQ(millis.stringFromDate(at(-0.0005)), "1969-12-31 23:59:59.999");  // still rounded down
+
     // Far away, parsing stays strict: no 30 February, no hour 25, no trailing text.
     const VLXDateFormatter formatter("uuuu-MM-dd HH", VLXTimeZone::UTC());
     EXPECT_TRUE(formatter.dateFromString("147738-02-28 10").has_value());

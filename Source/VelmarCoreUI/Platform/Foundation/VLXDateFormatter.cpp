@@ -8,6 +8,7 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
+#include <cmath>
 #include <limits>
 #include <list>
 #include <memory>
@@ -67,6 +68,19 @@ Entry makeEntry(std::string_view pattern, const VLXTimeZone& zone, std::string_v
     entry.format = std::move(format);
     entry.calendar = std::move(calendar);
     return entry;
+}
+
+// The date in ICU's milliseconds. ICU rounds fractions of a millisecond down, so a date read
+// from text (whole milliseconds ÷ 1000, not exact in binary) could format a millisecond early;
+// products within rounding error of a whole millisecond are taken as that millisecond.
+UDate millisecondsOf(VLXDate date) {
+    const double millis = date.timeIntervalSince1970() * 1000.0;
+    const double whole = std::round(millis);
+    if (std::fabs(millis - whole) <=
+        4 * std::numeric_limits<double>::epsilon() * std::fabs(millis)) {
+        return whole;
+    }
+    return millis;
 }
 
 // Reads the whole of `input` into a copy of the entry's calendar (parsing a zone name re-zones
@@ -203,7 +217,7 @@ std::string VLXDateFormatter::stringFromDateWithFormat(VLXDate date, std::string
             return;
         }
         UErrorCode status = U_ZERO_ERROR;
-        entry.calendar->setTime(date.timeIntervalSince1970() * 1000.0, status);
+        entry.calendar->setTime(millisecondsOf(date), status);
         if (U_FAILURE(status)) {
             return;
         }
