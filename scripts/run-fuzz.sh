@@ -7,7 +7,8 @@
 #                                             inputs, one line per target
 #
 # Seeds come from fuzz/corpus/<target>/ (never written to); what a run learns goes to
-# build-fuzz/corpus/<target>/, findings to build-fuzz/findings/<target>/. Fails when any target
+# build-fuzz/corpus/<target>/ (the --ci pass starts from an empty build-fuzz/ci-corpus/ each
+# time), findings to build-fuzz/findings/<target>/. Fails when any target
 # fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -83,7 +84,9 @@ for target in "${targets[@]}"; do
     start=$SECONDS
     if ((ci)); then
         count=$(find "$seeds" -type f | wc -l)
-        # A fresh working corpus each time, so the pass is the same on every run.
+        # A fresh working corpus of its own each time, so the pass is the same on every run
+        # and what longer runs learned stays.
+        corpus=$build/ci-corpus/$target
         rm -rf "$corpus" && mkdir -p "$corpus"
         options+=(-runs=$((count + 20000)) -seed=1)
     else
