@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, then builds and runs every test twice: in a normal build and under
 # AddressSanitizer + UndefinedBehaviorSanitizer; between the two it builds and runs the host
-# example against the installed package. Fails when any of them fails.
+# example against the installed package; last, a bounded pass of the fuzz targets. Fails when any
+# of them fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 ./scripts/setup.sh
@@ -26,3 +27,6 @@ cmake --build build-asan -j"$jobs"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     LSAN_OPTIONS=suppressions="$PWD/tests/lsan.supp" \
     ctest --test-dir build-asan -j"$jobs" --timeout 600
+
+echo "== fuzzing: each target over its seeds plus 20 000 fresh inputs"
+./scripts/run-fuzz.sh --ci

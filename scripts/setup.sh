@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project builds with, only when some are missing, so that a
-# second run costs a dpkg query and nothing else.
+# second run costs a dpkg query and nothing else. `--fuzz` adds clang and its sanitizer and
+# libFuzzer runtime, which only scripts/run-fuzz.sh needs.
 set -euo pipefail
 
 packages=(
@@ -10,6 +11,9 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     libsdl2-dev
 )
+if [[ ${1:-} == --fuzz ]]; then
+    packages+=(clang-14 libclang-rt-14-dev)
+fi
 
 missing=()
 for package in "${packages[@]}"; do

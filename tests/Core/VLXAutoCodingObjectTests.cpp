@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -186,7 +188,7 @@ TEST(VLXAutoCodingObject, BadArchivesLeaveTheObjectUnchanged) {
     for (const char* tint :
          {R"({"model": "rgb", "components": []})",
           R"({"model": "rgb", "components": [1, 2, 3, 4, 5, 6]})",
-          R"({"model": "rgb", "components": [1, null, 1, 1]})", R"({"components": [1, 1]})"}) {
+          R"({"model": "rgb", "components": [1, "x", 1, 1]})", R"({"components": [1, 1]})"}) {
         EXPECT_FALSE(model->setValueForKey("tint", VLXValue::fromJSON(tint))) << tint;
     }
     EXPECT_EQ(model->tint(), VLXColor::colorWithRed(0.1, 0.2, 0.3, 0.4));
@@ -208,4 +210,79 @@ TEST(VLXAutoCodingObject, PropertiesAreReadableByKey) {
     EXPECT_FALSE(model->setValueForKey("missing", VLXValue(1)));
     EXPECT_EQ(VLXValue(model).valueForKeyPath("child.note"), VLXValue("inner"));
     EXPECT_NE(model->description().find("count = 12;"), std::string::npos);
+}
+
+namespace {
+
+// An archive of `depth` models, each the "child" of the one before: `depth` levels of JSON.
+std::string nestedArchive(int depth) {
+    std::string text;
+    for (int i = 1; i < depth; ++i) {
+        text += R"({"title": "level )" + std::to_string(i) + R"(", "child": )";
+    }
+    text += R"({"title": "innermost"})";
+    return text + std::string(static_cast<std::size_t>(depth - 1), '}');
+}
+
+std::string innermostTitle(std::shared_ptr<CodingTestModel> model) {
+    while (model && model->child()) {
+        model = model->child();
+    }
+    return model ? model->title() : "(none)";
+}
+
+}  // namespace
+
+TEST(VLXAutoCodingObject, RestoringAndArchivingAgreeOnTheDepthLimit) {
+    // Each model's tint adds two levels below it ({"components": [...]}), so a chain restores
+    // while its innermost tint stays within the JSON limit, and archives again losing nothing.
+    const int deepest = VLXValue::kMaxJSONDepth - 2;
+    for (int depth : {300, deepest}) {
+        const auto model = CodingTestModel::create();
+        ASSERT_TRUE(model->restoreFromJSON(nestedArchive(depth))) << depth;
+        EXPECT_EQ(innermostTitle(model), "innermost");
+        const std::string archive = model->archivedJSON();
+        ASSERT_FALSE(archive.empty()) << depth;
+        const auto again = CodingTestModel::create();
+        ASSERT_TRUE(again->restoreFromJSON(archive)) << depth;
+        EXPECT_EQ(innermostTitle(again), "innermost") << depth;
+        EXPECT_EQ(again->archivedJSON(), archive);
+    }
+
+    // One model more: the text itself is readable, but the restored object could not be
+    // archived, so the restore fails visibly and changes nothing.
+    const auto model = makeSample();
+    const std::string before = model->archivedJSON();
+    ASSERT_TRUE(VLXValue::fromJSON(nestedArchive(deepest + 1)).isDictionary());
+    EXPECT_FALSE(model->restoreFromJSON(nestedArchive(deepest + 1)));
+    EXPECT_FALSE(model->restoreFromValue(VLXValue::fromJSON(nestedArchive(deepest + 1))));
+    EXPECT_EQ(model->archivedJSON(), before);
+
+    // Objects built in code deeper than that refuse to archive instead of dropping a level.
+    auto chain = CodingTestModel::create();
+    for (int i = 0; i < deepest + 1; ++i) {
+        auto parent = CodingTestModel::create();
+        parent->setChild(chain);
+        chain = parent;
+    }
+    EXPECT_EQ(chain->archivedJSON(), "");
+}
+
+TEST(VLXAutoCodingObject, NonFiniteNumbersArchiveAsNullAndRestoreAsNaN) {
+    // JSON has no NaN or infinity: they are written as null, and null restores as NaN, so an
+    // archive restores to an object that archives to the same text.
+    const double inf = std::numeric_limits<double>::infinity();
+    const auto model = CodingTestModel::create();
+    model->setRatio(inf);
+    model->setTint(VLXColor::colorWithRed(inf, 0, 0, 1));
+    model->setCreated(VLXDate::dateWithTimeIntervalSince1970(-inf));
+    const std::string archive = model->archivedJSON();
+    const auto restored = CodingTestModel::create();
+    restored->setRatio(5);
+    ASSERT_TRUE(restored->restoreFromJSON(archive));
+    EXPECT_TRUE(std::isnan(restored->ratio()));
+    EXPECT_TRUE(std::isnan(restored->tint().components()[0]));
+    EXPECT_EQ(restored->tint().components()[1], 0.0);
+    EXPECT_TRUE(std::isnan(restored->created().timeIntervalSince1970()));
+    EXPECT_EQ(restored->archivedJSON(), archive);
 }

@@ -77,3 +77,88 @@ TEST(DateFormatter, CacheIsBoundedAndOptional) {
     EXPECT_EQ(VLXDateFormatter::cachedFormatterCount(), 0u);
     VLXDateFormatter::setCacheCapacity(before);
 }
+
+TEST(DateFormatter, DistinctRequestsNeverShareACachedFormatter) {
+    // Texts chosen so that joining pattern, zone and locale with a separator character gives
+    // the same text for both requests.
+    const VLXTimeZone tokyo = *VLXTimeZone::timeZoneWithName("Asia/Tokyo");
+    const VLXDateFormatter a("HH'\x1fUTC\x1fx'", tokyo, "en");
+    const VLXDateFormatter b("HH'", VLXTimeZone::UTC(),
+                             "x'\x1f"
+                             "Asia/Tokyo\x1f"
+                             "en");
+    const std::size_t before = VLXDateFormatter::cacheCapacity();
+    VLXDateFormatter::setCacheCapacity(0);
+    const std::string expectedA = a.stringFromDate(kMonday);
+    const std::string expectedB = b.stringFromDate(kMonday);
+    EXPECT_EQ(expectedA, "18\x1fUTC\x1fx");  // 09:20 UTC is 18:20 in Tokyo
+    ASSERT_NE(expectedA, expectedB);
+    for (bool aFirst : {true, false}) {
+        VLXDateFormatter::setCacheCapacity(0);
+        VLXDateFormatter::setCacheCapacity(8);
+        if (aFirst) {
+            EXPECT_EQ(a.stringFromDate(kMonday), expectedA);
+            EXPECT_EQ(b.stringFromDate(kMonday), expectedB);
+        } else {
+            EXPECT_EQ(b.stringFromDate(kMonday), expectedB);
+            EXPECT_EQ(a.stringFromDate(kMonday), expectedA);
+        }
+        EXPECT_EQ(VLXDateFormatter::cachedFormatterCount(), 2u);
+    }
+    VLXDateFormatter::setCacheCapacity(before);
+}
+
+TEST(DateFormatter, FarDatesParseBackWhatTheyFormat) {
+    // The whole supported range, past the ±144 000 years where ICU's strict calendar stops
+    // reading its own output; years with their era ("y G") or astronomical ("uuuu").
+    const VLXTimeZone newYork = *VLXTimeZone::timeZoneWithName("America/New_York");
+    for (const char* pattern : {"uuuu-MM-dd HH:mm:ss.SSS", "y-MM-dd HH:mm:ss.SSS G"}) {
+        for (const VLXTimeZone& zone : {VLXTimeZone::UTC(), newYork}) {
+            const VLXDateFormatter formatter(pattern, zone);
+            for (double seconds : {4.5e12, 4.6e12, -4.6e12, 1e13, -1e13, 99999999999999.5, 1e14,
+                                   -1e14, -62135769600.25}) {
+                const std::string text = formatter.stringFromDate(at(seconds));
+                const auto back = formatter.dateFromString(text);
+                ASSERT_TRUE(back.has_value()) << pattern << " " << text;
+                EXPECT_EQ(back->timeIntervalSince1970(), std::floor(seconds * 1000) / 1000)
+                    << pattern << " " << text;
+            }
+        }
+    }
+    // Text with milliseconds reads back to a date that formats to the same text, also before
+    // 1970, where whole milliseconds ÷ 1000 lie just below the millisecond they stand for.
+    const VLXDateFormatter millis("uuuu-MM-dd HH:mm:ss.SSS", VLXTimeZone::UTC());
+    for (const char* text :
+         {"1969-12-31 23:57:50.581", "1969-12-31 23:59:59.999", "1969-12-31 23:59:59.001",
+          "1970-01-01 00:00:00.001", "-2000-06-30 12:00:00.007"}) {
+        const auto date = millis.dateFromString(text);
+        ASSERT_TRUE(date.has_value()) << text;
+        EXPECT_EQ(millis.stringFromDate(*date), text);
+    }
+    EXPECT_EQ(millis.stringFromDate(at(-0.0005)), "1969-12-31 23:59:59.999");  // still rounded down
+
+    // Far away, parsing stays strict: no 30 February, no hour 25, no trailing text.
+    const VLXDateFormatter formatter("uuuu-MM-dd HH", VLXTimeZone::UTC());
+    EXPECT_TRUE(formatter.dateFromString("147738-02-28 10").has_value());
+    EXPECT_FALSE(formatter.dateFromString("147738-02-30 10").has_value());
+    EXPECT_FALSE(formatter.dateFromString("147738-02-28 25").has_value());
+    EXPECT_FALSE(formatter.dateFromString("147738-02-28 10x").has_value());
+    // Beyond the range: nil, even though the text is well formed.
+    EXPECT_FALSE(formatter.dateFromString("3170844-01-01 00").has_value());
+}
+
+TEST(DateFormatter, LocalesICUCannotReadFallBackToTheDefault) {
+    // Day periods ("B") look up rules by the locale's name, which an unreadable identifier
+    // lacks; such identifiers format as the default locale does.
+    const std::string expected =
+        VLXDateFormatter("h B EEE", VLXTimeZone::UTC()).stringFromDate(kMonday);
+    EXPECT_EQ(expected, "9 in the morning Mon");
+    for (const std::string locale : {std::string("EEE, d MUS/\x01"), std::string("en\0US", 5)}) {
+        const VLXDateFormatter formatter("h B EEE", VLXTimeZone::UTC(), locale);
+        EXPECT_EQ(formatter.stringFromDate(kMonday), expected);
+        EXPECT_EQ(formatter.dateFromString("9 in the morning Mon").has_value(),
+                  VLXDateFormatter("h B EEE", VLXTimeZone::UTC())
+                      .dateFromString("9 in the morning Mon")
+                      .has_value());
+    }
+}

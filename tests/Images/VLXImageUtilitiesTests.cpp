@@ -270,3 +270,18 @@ TEST_F(VLXImageUtilitiesTest, AverageColor) {
         0, 0);
     expectColor(vlx_averageColor(*vlx_imageWithSize(VLXSizeZero, {})), 0, 0, 0, 0);
 }
+
+TEST_F(VLXImageUtilitiesTest, RefusedIconSizesNeverFindACachedIcon) {
+    // NaN and small negative sizes share the identifier of a small positive size ("0x0"); they
+    // are refused before the cache is asked, so they never come back with that icon.
+    const auto small = vlx_iconWithType(VLXIconTypePlay, {0.5, 0.5}, std::nullopt);
+    ASSERT_TRUE(small);
+    EXPECT_EQ(vlx_iconWithType(VLXIconTypePlay, {kNaN, 0.5}, std::nullopt), nullptr);
+    EXPECT_EQ(vlx_iconWithType(VLXIconTypePlay, {-0.5, 0.5}, std::nullopt), nullptr);
+    EXPECT_EQ(vlx_iconWithType(VLXIconTypePlay, {0.5, -1e-9}, VLXColor::redColor()), nullptr);
+    const double inf = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(vlx_iconWithType(VLXIconTypePlay, {inf, 0.5}, std::nullopt), nullptr);
+    // Zero is a size (an image without pixels), and the cached icon still answers its own size.
+    EXPECT_TRUE(vlx_iconWithType(VLXIconTypePlay, {-0.0, 0.5}, std::nullopt));
+    EXPECT_EQ(vlx_iconWithType(VLXIconTypePlay, {0.5, 0.5}, std::nullopt), small);
+}

@@ -25,7 +25,8 @@ public:
     /// maximum is the largest double; `isEvery` is set when the interval text begins with "~"
     /// (which then reads as 0: the tilde is not skipped). Any other number of ":"-parts gives
     /// interval 1 and the largest double as maximum. The minimum is always the smallest
-    /// positive normal double, so no parsed range covers zero or negative values.
+    /// positive normal double, so a parsed range covers no zero or negative value other than
+    /// its maximum ("-5:1" contains -5 and nothing else).
     static std::shared_ptr<VLXColorRampIntervalRange> rangeFromString(std::string_view text);
 
     /// Splits at "," and parses each part with `rangeFromString`, in order. Minimums are left

@@ -1,5 +1,6 @@
 #include <VelmarCoreUI/Core/VLXAutoCodingObject.h>
 
+#include <limits>
 #include <map>
 #include <mutex>
 #include <typeindex>
@@ -49,6 +50,17 @@ struct PerClassCache {
 };
 
 constexpr int kMaxRestoreDepth = VLXValue::kMaxJSONDepth;
+
+// Restores running on this thread: objects nested in an archive are restored while the outermost
+// restore is running, and only that one checks the depth of the whole.
+thread_local int t_restoreNesting = 0;
+
+struct NestingScope {
+    NestingScope() { ++t_restoreNesting; }
+    ~NestingScope() { --t_restoreNesting; }
+    NestingScope(const NestingScope&) = delete;
+    NestingScope& operator=(const NestingScope&) = delete;
+};
 
 // Returns nil when nothing in `value` needed restoring, so unchanged values stay shared.
 VLXValue restoreArchives(const VLXValue& value, int depth) {
@@ -122,16 +134,42 @@ VLXValue VLXAutoCodingObject::encodedValue() const {
     return VLXValue(std::move(archive));
 }
 
-bool VLXAutoCodingObject::restoreFromValue(const VLXValue& archive) {
-    if (!archive.isDictionary()) {
-        return false;
-    }
+void VLXAutoCodingObject::setProperties(const VLXValue& archive) {
     const auto& entries = archive.dictionaryValue();
     for (const auto& property : declaredProperties()) {
         const auto it = entries.find(property.name);
         if (it != entries.end()) {
             property.set(*this, it->second);
         }
+    }
+}
+
+bool VLXAutoCodingObject::restoreFromValue(const VLXValue& archive) {
+    if (!archive.isDictionary()) {
+        return false;
+    }
+    if (t_restoreNesting > 0) {  // an object inside an archive: the outermost call checks
+        NestingScope scope;
+        setProperties(archive);
+        return true;
+    }
+    // Restoring and archiving share one depth limit, the JSON reader's. Properties the archive
+    // lacks keep their values and may add levels of their own (an empty list is one), so the
+    // result is built aside and kept only when it archives again.
+    if (archive.jsonDepth() > VLXValue::kMaxJSONDepth) {
+        return false;
+    }
+    NestingScope scope;
+    const std::shared_ptr<VLXAutoCodingObject> trial = copy();
+    if (!trial) {
+        return false;
+    }
+    trial->setProperties(archive);
+    if (trial->encodedValue().jsonDepth() > VLXValue::kMaxJSONDepth) {
+        return false;
+    }
+    for (const auto& property : declaredProperties()) {
+        property.set(*this, property.get(*trial));
     }
     return true;
 }
@@ -177,8 +215,8 @@ std::shared_ptr<VLXAutoCodingObject> VLXAutoCodingObject::objectFromValue(const 
         return nullptr;
     }
     std::shared_ptr<VLXAutoCodingObject> object = factory();
-    if (object) {
-        object->restoreFromValue(archive);
+    if (!object || !object->restoreFromValue(archive)) {
+        return nullptr;
     }
     return object;
 }
@@ -221,6 +259,10 @@ std::string VLXAutoCodingObject::description() const {
 // --- codings ----------------------------------------------------------------------------------
 
 bool VLXValueCoding<VLXDate>::decode(const VLXValue& v, VLXDate& out) {
+    if (v.isNull()) {  // JSON writes NaN and infinite dates as null
+        out = VLXDate::dateWithTimeIntervalSince1970(std::numeric_limits<double>::quiet_NaN());
+        return true;
+    }
     if (const auto date = v.dateValue()) {
         out = *date;
         return true;
@@ -259,10 +301,13 @@ bool VLXValueCoding<VLXColor>::decode(const VLXValue& v, VLXColor& out) {
         return false;
     }
     for (std::size_t i = 0; i < list.size(); ++i) {
-        if (!list[i].isNumber()) {
+        if (list[i].isNull()) {  // JSON writes NaN and infinite components as null
+            c[i] = std::numeric_limits<double>::quiet_NaN();
+        } else if (list[i].isNumber()) {
+            c[i] = list[i].doubleValue();
+        } else {
             return false;
         }
-        c[i] = list[i].doubleValue();
     }
     switch (list.size()) {
         case 1:

@@ -3,6 +3,7 @@
 #include <VelmarCoreUI/VLXExport.h>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -82,10 +83,15 @@ public:
     /// properties stay objects here; `VLXValue::toJSON` writes them as nested archives.
     VLXValue encodedValue() const override;
     /// Sets every declared property found in `archive` (a dictionary); properties that are
-    /// missing or of the wrong shape keep their value. False when `archive` is no dictionary.
+    /// missing or of the wrong shape keep their value. False, and nothing changed, when
+    /// `archive` is no dictionary or when the archive or the restored object would nest deeper
+    /// than `VLXValue::kMaxJSONDepth` levels of JSON: whatever restores archives again.
     bool restoreFromValue(const VLXValue& archive);
+    /// The archive as JSON text; "" when it would nest deeper than `VLXValue::kMaxJSONDepth`
+    /// (only objects built in code get there: restored ones never do).
     std::string archivedJSON() const;
-    /// False (and nothing changed) for malformed JSON or JSON that is not an object.
+    /// False (and nothing changed) for malformed JSON, JSON that is not an object, or an
+    /// archive `restoreFromValue` refuses.
     bool restoreFromJSON(std::string_view json);
 
     /// A new object of the same class with every declared property copied (shallow: model
@@ -108,8 +114,8 @@ public:
         registerFactory(className,
                         [] { return std::shared_ptr<VLXAutoCodingObject>(T::create()); });
     }
-    /// A new, restored object of the class the archive names; null when the class is unknown or
-    /// the archive is no dictionary.
+    /// A new, restored object of the class the archive names; null when the class is unknown,
+    /// the archive is no dictionary or the restore is refused.
     static std::shared_ptr<VLXAutoCodingObject> objectFromValue(const VLXValue& archive);
     /// `value` with every archive of a registered class in it (itself, or inside arrays and
     /// dictionaries) restored as an object; everything else unchanged. Untyped (`VLXValue`)
@@ -136,6 +142,8 @@ private:
                                 std::function<std::shared_ptr<VLXAutoCodingObject>()> factory);
     /// The declared properties, built once per class and shared by its instances.
     const std::vector<Property>& declaredProperties() const;
+    /// Sets the properties `archive` holds, without the depth checks of `restoreFromValue`.
+    void setProperties(const VLXValue& archive);
     const Property* propertyNamed(std::string_view name) const;
 };
 
@@ -187,10 +195,15 @@ struct VLXValueCoding<T, std::enable_if_t<std::is_integral_v<T> && !std::is_same
     }
 };
 
+/// Floating-point numbers; null restores as NaN, since JSON writes NaN and infinities as null.
 template <class T>
 struct VLXValueCoding<T, std::enable_if_t<std::is_floating_point_v<T>>> {
     static VLXValue encode(T v) { return VLXValue(static_cast<double>(v)); }
     static bool decode(const VLXValue& v, T& out) {
+        if (v.isNull()) {
+            out = std::numeric_limits<T>::quiet_NaN();
+            return true;
+        }
         if (!v.isNumber()) {
             return false;
         }
@@ -211,7 +224,8 @@ struct VLXValueCoding<std::string> {
     }
 };
 
-/// Dates archive as themselves (seconds since 1970 in JSON) and restore from a date or a number.
+/// Dates archive as themselves (seconds since 1970 in JSON) and restore from a date or a number
+/// (null, the JSON of NaN and infinite dates, as NaN).
 template <>
 struct VLXValueCoding<VLXDate> {
     static VLXValue encode(VLXDate v) { return VLXValue(v); }
@@ -219,7 +233,7 @@ struct VLXValueCoding<VLXDate> {
 };
 
 /// Colours restore from a colour or from the {"model", "components"} dictionary of their JSON
-/// form (model "monochrome", "rgb" or "other"; 1 to 5 numeric components).
+/// form (model "monochrome", "rgb" or "other"; 1 to 5 components, numbers or null for NaN).
 template <>
 struct VLXValueCoding<VLXColor> {
     static VLXValue encode(const VLXColor& v) { return VLXValue(v); }

@@ -172,6 +172,12 @@ void vlx_drawIcon(VLXUInteger type) {
 
 std::shared_ptr<VLXImage> vlx_iconWithType(VLXUInteger type, VLXSize size,
                                            const std::optional<VLXColor>& color) {
+    // Identifiers keep whole numbers only, so NaN and small negative sizes would find the icon
+    // cached for a small positive one: refuse them first, as an image context would.
+    const auto refused = [](double side) { return !std::isfinite(side) || side < 0; };
+    if (refused(size.width) || refused(size.height)) {
+        return nullptr;
+    }
     const std::optional<std::string> identifier = vlx_identifierForIcon(type, size, color);
     std::shared_ptr<VLXImage> image = vlx_imageWithIdentifier(identifier);
     if (!image) {

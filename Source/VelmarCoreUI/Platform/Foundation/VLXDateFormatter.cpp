@@ -8,10 +8,12 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
+#include <cmath>
 #include <limits>
 #include <list>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -39,7 +41,12 @@ struct Entry {
 Entry makeEntry(std::string_view pattern, const VLXTimeZone& zone, std::string_view localeId) {
     Entry entry;
     const std::string localeName(localeId.substr(0, kMaximumLocaleLength));
-    const icu::Locale locale(localeName.c_str());
+    icu::Locale locale(localeName.c_str());
+    if (locale.isBogus() || localeName.find('\0') != std::string::npos) {
+        // ICU keeps no name for identifiers it cannot read, and some of its lookups (day
+        // periods) then crash; such identifiers mean the default locale.
+        locale = icu::Locale(VLXDateFormatter::kDefaultLocaleIdentifier.data());
+    }
     const auto* icuZone = static_cast<const icu::TimeZone*>(vlx::detail::icuTimeZone(zone));
     UErrorCode status = U_ZERO_ERROR;
     auto format = std::make_unique<icu::SimpleDateFormat>(fromUTF8(pattern), locale, status);
@@ -63,6 +70,53 @@ Entry makeEntry(std::string_view pattern, const VLXTimeZone& zone, std::string_v
     return entry;
 }
 
+// The date in ICU's milliseconds. ICU rounds fractions of a millisecond down, so a date read
+// from text (whole milliseconds ÷ 1000, not exact in binary) could format a millisecond early;
+// products within rounding error of a whole millisecond are taken as that millisecond.
+UDate millisecondsOf(VLXDate date) {
+    const double millis = date.timeIntervalSince1970() * 1000.0;
+    const double whole = std::round(millis);
+    if (std::fabs(millis - whole) <=
+        4 * std::numeric_limits<double>::epsilon() * std::fabs(millis)) {
+        return whole;
+    }
+    return millis;
+}
+
+// Reads the whole of `input` into a copy of the entry's calendar (parsing a zone name re-zones
+// the calendar it parses into, and the cached one must stay intact).
+std::optional<UDate> parseWhole(Entry& entry, const icu::UnicodeString& input, bool lenient) {
+    std::unique_ptr<icu::Calendar> calendar(entry.calendar->clone());
+    if (!calendar) {
+        return std::nullopt;
+    }
+    calendar->clear();
+    calendar->setLenient(lenient);
+    icu::ParsePosition position(0);
+    entry.format->parse(input, *calendar, position);
+    if (position.getErrorIndex() >= 0 || position.getIndex() != input.length()) {
+        return std::nullopt;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const UDate millis = calendar->getTime(status);
+    if (U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    return millis;
+}
+
+icu::UnicodeString formatted(Entry& entry, UDate millis) {
+    icu::UnicodeString text;
+    UErrorCode status = U_ZERO_ERROR;
+    entry.calendar->setTime(millis, status);
+    if (U_FAILURE(status)) {
+        return text;
+    }
+    icu::FieldPosition position(icu::FieldPosition::DONT_CARE);
+    entry.format->format(*entry.calendar, text, position);
+    return text;
+}
+
 class FormatterCache {
 public:
     // Runs `body(entry)` with the cached formatter of the key, under the cache's lock.
@@ -74,10 +128,12 @@ public:
             Entry entry = makeEntry(pattern, zone, localeId);
             return body(entry);
         }
+        // Each part is preceded by its length, so no text of a part (separators included) can
+        // make two different requests share a key.
         m_key.clear();
-        m_key.append(pattern).push_back('\x1f');
-        m_key.append(zone.name()).push_back('\x1f');
-        m_key.append(localeId);
+        appendPart(pattern);
+        appendPart(zone.name());
+        appendPart(localeId);
         auto found = m_index.find(m_key);
         if (found != m_index.end()) {
             m_entries.splice(m_entries.begin(), m_entries, found->second);
@@ -108,6 +164,12 @@ public:
     }
 
 private:
+    void appendPart(std::string_view part) {
+        const std::size_t length = part.size();
+        m_key.append(reinterpret_cast<const char*>(&length), sizeof length);
+        m_key.append(part);
+    }
+
     void evictLast() {
         m_index.erase(m_entries.back().first);
         m_entries.pop_back();
@@ -155,7 +217,7 @@ std::string VLXDateFormatter::stringFromDateWithFormat(VLXDate date, std::string
             return;
         }
         UErrorCode status = U_ZERO_ERROR;
-        entry.calendar->setTime(date.timeIntervalSince1970() * 1000.0, status);
+        entry.calendar->setTime(millisecondsOf(date), status);
         if (U_FAILURE(status)) {
             return;
         }
@@ -177,24 +239,20 @@ std::optional<VLXDate> VLXDateFormatter::dateFromString(std::string_view text) c
         if (!entry.format) {
             return;
         }
-        // Parsing a zone name re-zones the calendar it parses into; a clone keeps the cached
-        // one intact.
-        std::unique_ptr<icu::Calendar> calendar(entry.calendar->clone());
-        if (!calendar) {
+        std::optional<UDate> millis = parseWhole(entry, input, false);
+        if (!millis) {
+            // ICU's strict calendar refuses fields beyond about ±144 000 years (2^52 ms) that
+            // it formats itself. A lenient reading is accepted when it formats back to exactly
+            // the text, which still rejects rolled-over fields such as 30 February.
+            millis = parseWhole(entry, input, true);
+            if (millis && formatted(entry, *millis) != input) {
+                millis.reset();
+            }
+        }
+        if (!millis) {
             return;
         }
-        calendar->clear();
-        icu::ParsePosition position(0);
-        entry.format->parse(input, *calendar, position);
-        if (position.getErrorIndex() >= 0 || position.getIndex() != input.length()) {
-            return;
-        }
-        UErrorCode status = U_ZERO_ERROR;
-        const UDate millis = calendar->getTime(status);
-        if (U_FAILURE(status)) {
-            return;
-        }
-        const VLXDate date = VLXDate::dateWithTimeIntervalSince1970(millis / 1000.0);
+        const VLXDate date = VLXDate::dateWithTimeIntervalSince1970(*millis / 1000.0);
         if (date.isInCalendarRange()) {
             result = date;
         }

@@ -1,10 +1,13 @@
 #include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
 #include <VelmarCoreUI/Platform/Foundation/Private/VLXNumberText.h>
 #include <VelmarCoreUI/Platform/Foundation/Private/VLXValueStorage.h>
@@ -548,6 +551,49 @@ bool doubleEqualsInteger(double d, const VLXValue& integer, bool isUnsigned) {
     return d >= -9223372036854775808.0 && d < 9223372036854775808.0 &&
            static_cast<VLXInteger>(d) == integer.integerValue();
 }
+
+// NaN equals NaN, so that every value equals itself; otherwise IEEE equality (-0 == 0).
+bool sameDouble(double x, double y) {
+    return x == y || (std::isnan(x) && std::isnan(y));
+}
+
+std::array<double, 2> fieldsOf(const VLXPoint& p) {
+    return {p.x, p.y};
+}
+std::array<double, 2> fieldsOf(const VLXSize& s) {
+    return {s.width, s.height};
+}
+std::array<double, 4> fieldsOf(const VLXRect& r) {
+    return {r.origin.x, r.origin.y, r.size.width, r.size.height};
+}
+std::array<double, 6> fieldsOf(const VLXAffineTransform& t) {
+    return {t.a, t.b, t.c, t.d, t.tx, t.ty};
+}
+std::array<double, 16> fieldsOf(const VLXTransform3D& t) {
+    return {t.m11, t.m12, t.m13, t.m14, t.m21, t.m22, t.m23, t.m24,
+            t.m31, t.m32, t.m33, t.m34, t.m41, t.m42, t.m43, t.m44};
+}
+
+template <class Box>
+bool sameBox(const Box& a, const Box& b) {
+    if (a.data.index() != b.data.index()) {
+        return false;
+    }
+    return std::visit(
+        [&](const auto& x) {
+            using T = std::decay_t<decltype(x)>;
+            const T& y = std::get<T>(b.data);
+            if constexpr (std::is_same_v<T, VLXRange>) {
+                return x == y;
+            } else {
+                const auto fx = fieldsOf(x);
+                const auto fy = fieldsOf(y);
+                return std::equal(fx.begin(), fx.end(), fy.begin(), sameDouble);
+            }
+        },
+        a.data);
+}
+
 }  // namespace
 
 bool operator==(const VLXValue& a, const VLXValue& b) {
@@ -564,7 +610,7 @@ bool operator==(const VLXValue& a, const VLXValue& b) {
             const NumberClass cx = numberClass(x.encoding);
             const NumberClass cy = numberClass(y.encoding);
             if (cx == NumberClass::Floating && cy == NumberClass::Floating) {
-                return x.d == y.d || (std::isnan(x.d) && std::isnan(y.d));
+                return sameDouble(x.d, y.d);
             }
             if (cx == NumberClass::Floating) {
                 return doubleEqualsInteger(x.d, b, cy == NumberClass::Unsigned);
@@ -582,13 +628,14 @@ bool operator==(const VLXValue& a, const VLXValue& b) {
         case VLXValue::Kind::String:
             return *a.stringStorage() == *b.stringStorage();
         case VLXValue::Kind::Date:
-            return std::get<VLXDate>(a.m_storage) == std::get<VLXDate>(b.m_storage);
+            return sameDouble(std::get<VLXDate>(a.m_storage).timeIntervalSince1970(),
+                              std::get<VLXDate>(b.m_storage).timeIntervalSince1970());
         case VLXValue::Kind::Array:
             return a.arrayValue() == b.arrayValue();
         case VLXValue::Kind::Dictionary:
             return a.dictionaryValue() == b.dictionaryValue();
         case VLXValue::Kind::Boxed:
-            return a.boxStorage()->data == b.boxStorage()->data;
+            return sameBox(*a.boxStorage(), *b.boxStorage());
         case VLXValue::Kind::Color:
             return *a.colorValue() == *b.colorValue();
         case VLXValue::Kind::Object: {

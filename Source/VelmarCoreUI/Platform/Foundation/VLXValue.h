@@ -94,10 +94,16 @@ public:
     /// of numbers (rect: x, y, width, height; transforms: their fields in declaration order;
     /// range: location, length), objects as their `encodedValue()` or else their description,
     /// "c" numbers 0 and 1 as false and true, floats by their shortest float text. Nil, NaN and
-    /// infinities are written as null, invalid UTF-8 as U+FFFD, and anything nested deeper than
-    /// `kMaxJSONDepth` as null.
+    /// infinities are written as null, invalid UTF-8 as U+FFFD. A value that `fromJSON` could
+    /// not read back because it nests deeper than `kMaxJSONDepth` (`jsonDepth()`) is refused
+    /// whole: the result is "" (which reads back as nil), never text that reads back different.
     std::string toJSON() const;
     static constexpr int kMaxJSONDepth = 512;
+    /// Levels of JSON containers in `toJSON`'s text: 0 for scalars, 1 for an array of scalars;
+    /// boxes add one level, colours two ({"components": [...]}), objects what their
+    /// `encodedValue()` adds. Counted up to `kMaxJSONDepth` + 1, which also stands for anything
+    /// deeper (and for objects whose encoded values contain themselves).
+    int jsonDepth() const;
 
     // --- inspection ------------------------------------------------------------------------
     Kind kind() const { return static_cast<Kind>(m_storage.index()); }
