@@ -59,12 +59,15 @@ export LSAN_OPTIONS=suppressions=$root/tests/lsan.supp
 export TZ=UTC
 
 failed=0
+passed_count=0
+failed_count=0
 for target in "${targets[@]}"; do
     [[ -z $target ]] && continue
     binary=$build/vlx-fuzz-$target
     if [[ ! -x $binary ]]; then
         echo "fuzz: $target: no such target (have: ${all_targets[*]})"
         failed=1
+        failed_count=$((failed_count + 1))
         continue
     fi
     corpus=$build/corpus/$target
@@ -94,9 +97,11 @@ for target in "${targets[@]}"; do
     fi
     if "$binary" "${options[@]}" "$corpus" "$seeds" >"$log" 2>&1; then
         status=ok
+        passed_count=$((passed_count + 1))
     else
         status=FAILED
         failed=1
+        failed_count=$((failed_count + 1))
     fi
     runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -n 1 || true)
     coverage=$(grep -E '^#[0-9]+.*(DONE|pulse|NEW|REDUCE|INITED)' "$log" | tail -n 1 |
@@ -106,4 +111,5 @@ for target in "${targets[@]}"; do
         grep -E 'ERROR|invariant failed|SUMMARY|Test unit written' "$log" | head -n 8 | sed 's/^/    /'
     fi
 done
+echo "fuzz: $passed_count passed, $failed_count failed"
 exit $failed
