@@ -1,6 +1,7 @@
 #include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
@@ -70,6 +71,7 @@ void VLXKeyframeAnimation::setKeyTimes(std::optional<std::vector<double>> keyTim
 
 void VLXKeyframeAnimation::invalidateEvaluationCache() const {
     m_cache.reset();
+    m_cacheSerial = 0;
 }
 
 std::shared_ptr<VLXAnimation> VLXKeyframeAnimation::copy() const {
@@ -112,6 +114,9 @@ const VLXKeyframeAnimation::EvaluationCache& VLXKeyframeAnimation::evaluationCac
         }
     }
     m_cache = std::move(cache);
+    // Unique across animations and threads, so a reader of old frames can never match.
+    static std::atomic<std::uint64_t> serials{0};
+    m_cacheSerial = ++serials;
     return *m_cache;
 }
 
@@ -183,6 +188,51 @@ VLXValue VLXKeyframeAnimation::valueAtProgress(double progress) const {
         out[k] = VLXInterpolateDouble(a[k], b[k], segment.fraction);
     }
     return vlx::detail::valueFromComponents(cache.kind, out, n, frames[i]);
+}
+
+std::optional<VLXKeyframeAnimation::NumberFrames> VLXKeyframeAnimation::numberFrames() const {
+    const EvaluationCache& cache = evaluationCache();
+    if (cache.frameCount == 0 || cache.kind != VLXInterpolationKind::Number) {
+        return std::nullopt;
+    }
+    return NumberFrames{cache.entries.data(), cache.frameCount,
+                        cache.keyTimes ? cache.keyTimes->data() : nullptr, m_cacheSerial};
+}
+
+double VLXKeyframeAnimation::numberAtProgress(const NumberFrames& frames, double progress,
+                                              bool discrete, std::ptrdiff_t* exactFrame) {
+    std::size_t i = 0;
+    double fraction = 0.0;
+    const std::size_t count = frames.count;
+    const double p = progress > 0.0 ? std::min(progress, 1.0) : 0.0;  // NaN → 0
+    if (count <= 1 || p >= 1.0) {
+        i = count > 0 ? count - 1 : 0;
+    } else if (!frames.keyTimes) {
+        // Even spacing: the segment is the index itself, no search.
+        const double x = p * static_cast<double>(count - 1);
+        i = std::min(static_cast<std::size_t>(x), count - 2);
+        fraction = x - static_cast<double>(i);
+    } else {
+        const double* times = frames.keyTimes;
+        if (p < times[0]) {
+            i = 0;
+        } else if (p >= times[count - 1]) {
+            i = count - 1;
+        } else {
+            i = static_cast<std::size_t>(std::upper_bound(times, times + count, p) - times) - 1;
+            fraction = (p - times[i]) / (times[i + 1] - times[i]);
+        }
+    }
+    if (fraction == 0.0 || i + 1 >= count || discrete) {
+        if (exactFrame) {
+            *exactFrame = static_cast<std::ptrdiff_t>(i);
+        }
+        return frames.values[i];
+    }
+    if (exactFrame) {
+        *exactFrame = -1;
+    }
+    return VLXInterpolateDouble(frames.values[i], frames.values[i + 1], fraction);
 }
 
 VLXValue VLXKeyframeAnimation::valueAtProgress(double progress, const VLXValue&,

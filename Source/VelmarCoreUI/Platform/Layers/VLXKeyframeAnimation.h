@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -76,6 +77,27 @@ public:
     };
     std::optional<Segment> segmentAtProgress(double progress) const;
 
+    /// The key frames unpacked as plain numbers, for hosts that evaluate many animations in one
+    /// loop (the layers' animation tick does). `values` holds `count` numbers, `keyTimes` the
+    /// fitting key times (null: evenly spaced); the pointers stay valid while
+    /// `numberFramesSerial()` still answers `serial`. Nothing when the frames are not all numbers
+    /// (booleans count as flags, not numbers) or there are none.
+    struct NumberFrames {
+        const double* values;
+        std::size_t count;
+        const double* keyTimes;
+        std::uint64_t serial;
+    };
+    std::optional<NumberFrames> numberFrames() const;
+    /// A number never used before each time the unpacked frames are rebuilt; 0 while there are
+    /// none (after `setValues`, `setKeyTimes` or `invalidateEvaluationCache`).
+    std::uint64_t numberFramesSerial() const { return m_cacheSerial; }
+    /// The value of `frames` at an eased progress, as `valueAtProgress` computes it (the same
+    /// segment search, interpolation and discrete rule). `exactFrame` receives the index of the
+    /// frame returned as it is (at a frame or in discrete mode), or −1 for an interpolated value.
+    static double numberAtProgress(const NumberFrames& frames, double progress, bool discrete,
+                                   std::ptrdiff_t* exactFrame = nullptr);
+
     std::string description() const override;
 
 protected:
@@ -94,4 +116,5 @@ private:
     VLXAnimationCalculationMode m_calculationMode = VLXAnimationCalculationMode::Linear;
     std::vector<std::shared_ptr<VLXMediaTimingFunction>> m_timingFunctions;
     mutable std::unique_ptr<EvaluationCache> m_cache;
+    mutable std::uint64_t m_cacheSerial = 0;
 };
