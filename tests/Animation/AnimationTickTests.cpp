@@ -168,6 +168,39 @@ TEST(AnimationTick, CopiesAreReusedOnlyWhenNobodyHoldsThem) {
     EXPECT_DOUBLE_EQ(third->opacity(), 0.75);
     EXPECT_TRUE(third->isPresentationLayer());
     EXPECT_EQ(third->modelLayer(), layer);
+
+    // A copy changed by someone is made again from the model, not just given new numbers.
+    third->setValue(VLXValue(7.0), "extra");
+    third.reset();
+    VLXClock::advance(0.05);
+    EXPECT_TRUE(layer->presentationLayer()->valueForKey("extra").isNil());
+    EXPECT_NEAR(layer->presentationLayer()->opacity(), 0.8, 1e-9);
+}
+
+TEST(AnimationTick, ValuesThatStopApplyingGiveBackTheModel) {
+    TickClock clock;
+    auto layer = committedLayer();
+    auto kept = ramp("opacity", 0, 1);
+    kept->setRemovedOnCompletion(false);  // stays attached, applies only while active
+    addCommitted(*layer, kept, "kept");
+    auto delayed = VLXBasicAnimation::animationWithKeyPath("position.x");
+    delayed->setFromValue(VLXValue(100.0));
+    delayed->setToValue(VLXValue(200.0));
+    delayed->setDuration(2);
+    delayed->setBeginTime(VLXClock::now() + 0.5);
+    addCommitted(*layer, delayed, "delayed");
+    const double begin = VLXClock::now();
+    const auto read = [&](double t, double opacity, double x) {
+        VLXClock::setManual(begin + t);
+        VLXLayer::tickAnimations(VLXClock::now());
+        const auto p = layer->presentationLayer();
+        EXPECT_NEAR(p->opacity(), opacity, 1e-9) << "at " << t;
+        EXPECT_NEAR(p->position().x, x, 1e-9) << "at " << t;
+    };
+    read(0.25, 0.25, 5);  // the delayed one does not apply yet: the model's x
+    read(0.75, 0.75, 112.5);
+    read(1.5, 1, 150);    // the kept one has ended: the model's opacity again
+    read(0.25, 0.25, 5);  // back in time: the delayed one no longer applies
 }
 
 TEST(AnimationTick, FrameAnimationMovesThePresentation) {

@@ -21,6 +21,8 @@ struct VLXKeyframeAnimation::EvaluationCache {
 
 namespace {
 
+std::atomic<std::uint64_t> g_numberFramesDrops{0};
+
 bool keyTimesFit(const std::vector<double>& times, std::size_t frameCount) {
     if (times.size() != frameCount) {
         return false;
@@ -46,7 +48,9 @@ VLXKeyframeAnimation::VLXKeyframeAnimation(const VLXKeyframeAnimation& other)
       m_calculationMode(other.m_calculationMode),
       m_timingFunctions(other.m_timingFunctions) {}
 
-VLXKeyframeAnimation::~VLXKeyframeAnimation() = default;
+VLXKeyframeAnimation::~VLXKeyframeAnimation() {
+    invalidateEvaluationCache();
+}
 
 std::shared_ptr<VLXKeyframeAnimation> VLXKeyframeAnimation::create() {
     return makeInitialized<VLXKeyframeAnimation>();
@@ -70,7 +74,10 @@ void VLXKeyframeAnimation::setKeyTimes(std::optional<std::vector<double>> keyTim
 }
 
 void VLXKeyframeAnimation::invalidateEvaluationCache() const {
-    m_cache.reset();
+    if (m_cache) {
+        m_cache.reset();
+        g_numberFramesDrops.fetch_add(1, std::memory_order_relaxed);
+    }
     m_cacheSerial = 0;
 }
 
@@ -82,6 +89,9 @@ const VLXKeyframeAnimation::EvaluationCache& VLXKeyframeAnimation::evaluationCac
     const VLXValue::Array& frames = values();
     if (m_cache && m_cache->framesData == frames.data() && m_cache->frameCount == frames.size()) {
         return *m_cache;
+    }
+    if (m_cache) {
+        g_numberFramesDrops.fetch_add(1, std::memory_order_relaxed);  // replaced below
     }
     auto cache = std::make_unique<EvaluationCache>();
     cache->framesData = frames.data();
@@ -199,40 +209,8 @@ std::optional<VLXKeyframeAnimation::NumberFrames> VLXKeyframeAnimation::numberFr
                         cache.keyTimes ? cache.keyTimes->data() : nullptr, m_cacheSerial};
 }
 
-double VLXKeyframeAnimation::numberAtProgress(const NumberFrames& frames, double progress,
-                                              bool discrete, std::ptrdiff_t* exactFrame) {
-    std::size_t i = 0;
-    double fraction = 0.0;
-    const std::size_t count = frames.count;
-    const double p = progress > 0.0 ? std::min(progress, 1.0) : 0.0;  // NaN → 0
-    if (count <= 1 || p >= 1.0) {
-        i = count > 0 ? count - 1 : 0;
-    } else if (!frames.keyTimes) {
-        // Even spacing: the segment is the index itself, no search.
-        const double x = p * static_cast<double>(count - 1);
-        i = std::min(static_cast<std::size_t>(x), count - 2);
-        fraction = x - static_cast<double>(i);
-    } else {
-        const double* times = frames.keyTimes;
-        if (p < times[0]) {
-            i = 0;
-        } else if (p >= times[count - 1]) {
-            i = count - 1;
-        } else {
-            i = static_cast<std::size_t>(std::upper_bound(times, times + count, p) - times) - 1;
-            fraction = (p - times[i]) / (times[i + 1] - times[i]);
-        }
-    }
-    if (fraction == 0.0 || i + 1 >= count || discrete) {
-        if (exactFrame) {
-            *exactFrame = static_cast<std::ptrdiff_t>(i);
-        }
-        return frames.values[i];
-    }
-    if (exactFrame) {
-        *exactFrame = -1;
-    }
-    return VLXInterpolateDouble(frames.values[i], frames.values[i + 1], fraction);
+std::uint64_t VLXKeyframeAnimation::numberFramesDropCount() {
+    return g_numberFramesDrops.load(std::memory_order_relaxed);
 }
 
 VLXValue VLXKeyframeAnimation::valueAtProgress(double progress, const VLXValue&,

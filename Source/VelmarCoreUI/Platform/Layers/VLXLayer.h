@@ -441,4 +441,8 @@ private:
     mutable std::shared_ptr<VLXLayer> m_presentationCache;
     mutable std::uint64_t m_presentationGeneration = 0;
     mutable double m_presentationTime = 0;
+    // The copy's own generation right after it was filled, and whether only numbers were written
+    // then (so the next fill may just write the new numbers).
+    mutable std::uint64_t m_presentationCopyGeneration = 0;
+    mutable bool m_presentationNumbersOnly = false;
 };

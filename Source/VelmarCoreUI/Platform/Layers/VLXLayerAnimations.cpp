@@ -42,7 +42,7 @@ struct NumberSlot {
     // as given so store keys keep its encoding; −1: computed.
     std::int32_t exact = -1;
     bool applies = false;  // the animation applies at that time
-    bool valid = false;    // false: the frames were replaced since the record was made
+    bool valid = false;    // false: not evaluated
 };
 
 // Model layers with animations (ticked every turn, attached or not, hidden or not) and those
@@ -59,6 +59,9 @@ struct Timeline {
     std::vector<NumberSlot> slots;
     std::vector<VLXLayer*> generalLayers;
     double tickTime = NAN;
+    // `VLXKeyframeAnimation::numberFramesDropCount()` when the registry was built: the records
+    // point into unpacked frames, so any drop since means rebuilding.
+    std::uint64_t framesDrops = 0;
     // No start or finish is due before this time (bookkeeping is skipped until then).
     double nextEventTime = -INFINITY;
     std::uint64_t commitCount = 0;
@@ -129,11 +132,9 @@ std::optional<NumberRecord> makeNumberRecord(const VLXLayerAnimationEntry& entry
 
 // The value of a number animation at `time`: the same rules as `VLXAnimation::applyToLayer`
 // with the keyframe or basic interpolation.
+// The record must be current: made just now, or by the registry with no frames dropped since.
 inline NumberSlot evaluateNumber(const NumberRecord& record, double time) {
     NumberSlot slot;
-    if (record.keyframes && record.keyframes->numberFramesSerial() != record.frames.serial) {
-        return slot;  // the frames were replaced: the numbers are gone
-    }
     slot.valid = true;
     // Not yet committed: it starts now, so it shows its start.
     const double local = record.committed ? time - record.begin : 0.0;
@@ -262,7 +263,7 @@ struct VLXLayerAccess {
         if (!(now < t.nextEventTime)) {
             bookkeeping(now);
         }
-        if (t.dirty) {
+        if (t.dirty || t.framesDrops != VLXKeyframeAnimation::numberFramesDropCount()) {
             rebuild();
         }
         const std::size_t count = t.records.size();
@@ -304,6 +305,7 @@ struct VLXLayerAccess {
         }
         t.slots.assign(t.records.size(), NumberSlot{});
         t.tickTime = NAN;
+        t.framesDrops = VLXKeyframeAnimation::numberFramesDropCount();
         t.dirty = false;
     }
 
@@ -398,7 +400,8 @@ struct VLXLayerAccess {
         const Timeline& t = timeline();
         NumberSlot slot;
         if (!t.dirty && t.tickTime == time && entry.slot >= 0 &&
-            static_cast<std::size_t>(entry.slot) < t.slots.size()) {
+            static_cast<std::size_t>(entry.slot) < t.slots.size() &&
+            t.framesDrops == VLXKeyframeAnimation::numberFramesDropCount()) {
             slot = t.slots[static_cast<std::size_t>(entry.slot)];
         } else if (auto record = makeNumberRecord(entry)) {
             slot = evaluateNumber(*record, time);
@@ -461,9 +464,42 @@ struct VLXLayerAccess {
         return VLXValue(slot.value);
     }
 
+    // Key paths whose number can be written again over an earlier one with the same result as
+    // writing it over the model's value.
+    static bool rewritable(const std::string& keyPath) {
+        return keyPath == "opacity" || keyPath == "position.x" || keyPath == "position.y" ||
+               keyPath == "zPosition" || keyPath == "cornerRadius" || keyPath == "borderWidth" ||
+               (keyPath.find('.') == std::string::npos && !VLXLayer::isBuiltInKey(keyPath));
+    }
+
+    // A copy filled from the same model by numbers only, untouched since: when every animation
+    // still applies a number to a rewritable key, writing the new numbers is enough. False (and
+    // nothing written) otherwise.
+    static bool refillNumbers(const VLXLayer& model, VLXLayer& copy, double time) {
+        const auto& entries = model.m_animationState->entries;
+        constexpr std::size_t kMaximum = 8;
+        if (entries.size() > kMaximum) {
+            return false;
+        }
+        NumberSlot slots[kMaximum];
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            const auto slot = numberSlot(entries[i], time);
+            if (!slot || !slot->applies ||
+                !rewritable(
+                    static_cast<const VLXPropertyAnimation&>(*entries[i].animation).keyPath())) {
+                return false;
+            }
+            slots[i] = *slot;
+        }
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            writeNumber(copy, *entries[i].animation, slots[i]);
+        }
+        return true;
+    }
+
     // Every attached animation applied to `copy` (just initialised from `model`) at `time`, in
-    // the order added.
-    static void applyAnimations(const VLXLayer& model, VLXLayer& copy, double time) {
+    // the order added. True when only numbers were written.
+    static bool applyAnimations(const VLXLayer& model, VLXLayer& copy, double time) {
         const auto& entries = model.m_animationState->entries;
         bool general = false;
         for (const auto& entry : entries) {
@@ -482,7 +518,7 @@ struct VLXLayerAccess {
                 }
             }
             if (!general) {
-                return;
+                return true;
             }
             copy.initWithLayer(model);
         }
@@ -506,6 +542,7 @@ struct VLXLayerAccess {
                 item.animation->applyToLayer(copy, model, item.local);
             }
         }
+        return false;
     }
 
     static void layerGone(VLXLayer& layer) {
@@ -682,11 +719,18 @@ std::shared_ptr<VLXLayer> VLXLayer::presentationAt(double time) const {
         return m_presentationCache;
     }
     std::shared_ptr<VLXLayer> copy;
+    bool filled = false;
     if (m_presentationCache && m_presentationCache.use_count() == 1) {
-        // Nobody else holds the last copy: filled again (a fresh copy has no marks).
+        // Nobody else holds the last copy: filled again.
         copy = std::move(m_presentationCache);
-        copy->m_needsDisplay = false;
-        copy->m_needsLayout = false;
+        if (animated && m_presentationNumbersOnly && m_presentationGeneration == m_generation &&
+            copy->m_generation == m_presentationCopyGeneration) {
+            filled = VLXLayerAccess::refillNumbers(*this, *copy, time);
+        }
+        if (!filled) {
+            copy->m_needsDisplay = false;  // as a fresh copy
+            copy->m_needsLayout = false;
+        }
     } else {
         copy = newInstance();
         copy->m_isPresentation = true;
@@ -694,10 +738,11 @@ std::shared_ptr<VLXLayer> VLXLayer::presentationAt(double time) const {
             std::static_pointer_cast<const VLXLayer>(shared_from_this()));
     }
     m_presentationCache.reset();
-    copy->initWithLayer(*this);
-    if (animated) {
-        VLXLayerAccess::applyAnimations(*this, *copy, time);
+    if (!filled) {
+        copy->initWithLayer(*this);
+        m_presentationNumbersOnly = animated && VLXLayerAccess::applyAnimations(*this, *copy, time);
     }
+    m_presentationCopyGeneration = copy->m_generation;
     m_presentationCache = copy;
     m_presentationGeneration = m_generation;
     m_presentationTime = time;
