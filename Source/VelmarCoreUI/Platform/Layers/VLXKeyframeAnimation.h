@@ -102,6 +102,9 @@ public:
     /// The value of `frames` at an eased progress, as `valueAtProgress` computes it (the same
     /// segment search, interpolation and discrete rule). `exactFrame` receives the index of the
     /// frame returned as it is (at a frame or in discrete mode), or −1 for an interpolated value.
+#if defined(__GNUC__)
+    [[gnu::always_inline]]
+#endif
     static double numberAtProgress(const NumberFrames& frames, double progress, bool discrete,
                                    std::ptrdiff_t* exactFrame = nullptr) {
         const std::size_t count = frames.count;

@@ -22,13 +22,13 @@ namespace {
 // A number animation (keyframes or basic, of the exact library classes, whose values are all
 // numbers) as the tick evaluates it: everything the loop needs, in one flat record.
 struct NumberRecord {
-    const VLXKeyframeAnimation* keyframes = nullptr;  // null: a basic animation
-    VLXKeyframeAnimation::NumberFrames frames{};
-    double from = 0;  // basic animations
+    VLXKeyframeAnimation::NumberFrames frames{};  // keyframes: the unpacked frames
+    double from = 0;                              // basic animations
     double to = 0;
     double begin = 0;
     double duration = 0;
     const VLXMediaTimingFunction* timing = nullptr;
+    bool keyframes = false;  // else a basic animation
     bool committed = false;
     bool backwards = false;
     bool forwards = false;
@@ -97,7 +97,7 @@ std::optional<NumberRecord> makeNumberRecord(const VLXLayerAnimationEntry& entry
         if (!frames) {
             return std::nullopt;
         }
-        record.keyframes = keyframes;
+        record.keyframes = true;
         record.frames = *frames;
         record.discrete = keyframes->calculationMode() == VLXAnimationCalculationMode::Discrete;
     } else if (isExactly<VLXBasicAnimation>(type)) {
@@ -133,7 +133,11 @@ std::optional<NumberRecord> makeNumberRecord(const VLXLayerAnimationEntry& entry
 // The value of a number animation at `time`: the same rules as `VLXAnimation::applyToLayer`
 // with the keyframe or basic interpolation.
 // The record must be current: made just now, or by the registry with no frames dropped since.
-inline NumberSlot evaluateNumber(const NumberRecord& record, double time) {
+#if defined(__GNUC__)
+[[gnu::always_inline]]
+#endif
+inline NumberSlot
+evaluateNumber(const NumberRecord& record, double time) {
     NumberSlot slot;
     slot.valid = true;
     // Not yet committed: it starts now, so it shows its start.
