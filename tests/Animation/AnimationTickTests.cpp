@@ -219,3 +219,33 @@ TEST(AnimationTick, FrameAnimationMovesThePresentation) {
     EXPECT_EQ(p->bounds().size, (VLXSize{20, 25}));
     EXPECT_EQ(layer->frame(), (VLXRect{{0, 0}, {10, 10}}));
 }
+
+TEST(AnimationTick, PointsAndMismatchedKinds) {
+    TickClock clock;
+    auto layer = committedLayer();  // position (5, 5), anchor (0.5, 0.5)
+    auto move = VLXBasicAnimation::animationWithKeyPath("position");
+    move->setToValue(VLXValue::valueWithPoint({105, 55}));  // from what is on screen
+    move->setDuration(1);
+    addCommitted(*layer, move, "move");
+    auto anchor = VLXBasicAnimation::animationWithKeyPath("anchorPoint");
+    anchor->setFromValue(VLXValue::valueWithPoint({0, 0}));
+    anchor->setToValue(VLXValue::valueWithPoint({1, 2}));
+    anchor->setDuration(1);
+    addCommitted(*layer, anchor, "anchor");
+    // Numbers on a point key and a point on a number key change nothing.
+    addCommitted(*layer, ramp("position", 7, 9), "numbers");
+    auto wrong = VLXBasicAnimation::animationWithKeyPath("opacity");
+    wrong->setFromValue(VLXValue::valueWithPoint({0, 0}));
+    wrong->setToValue(VLXValue::valueWithPoint({1, 1}));
+    addCommitted(*layer, wrong, "wrong");
+    VLXClock::advance(0.5);
+    for (int pass = 0; pass < 2; ++pass) {  // filled, then filled again with new numbers
+        VLXLayer::tickAnimations(VLXClock::now());
+        const auto p = layer->presentationLayer();
+        EXPECT_NEAR(p->position().x, 5 + 100 * (0.5 + pass * 0.1), 1e-9);
+        EXPECT_NEAR(p->position().y, 5 + 50 * (0.5 + pass * 0.1), 1e-9);
+        EXPECT_NEAR(p->anchorPoint().y, 2 * (0.5 + pass * 0.1), 1e-9);
+        EXPECT_EQ(p->opacity(), 1);
+        VLXClock::advance(0.1);
+    }
+}

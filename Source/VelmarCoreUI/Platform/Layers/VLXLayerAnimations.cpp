@@ -23,8 +23,10 @@ namespace {
 // numbers) as the tick evaluates it: everything the loop needs, in one flat record.
 struct NumberRecord {
     VLXKeyframeAnimation::NumberFrames frames{};  // keyframes: the unpacked frames
-    double from = 0;                              // basic animations
+    double from = 0;                              // basic animations (x of a point)
     double to = 0;
+    double fromY = 0;  // basic animations of "position" and "anchorPoint"
+    double toY = 0;
     double begin = 0;
     double duration = 0;
     const VLXMediaTimingFunction* timing = nullptr;
@@ -33,16 +35,19 @@ struct NumberRecord {
     bool backwards = false;
     bool forwards = false;
     bool discrete = false;
+    bool point = false;
 };
 
 // The evaluated value of one number animation.
 struct NumberSlot {
     double value = 0;
+    double valueY = 0;  // points
     // The value is this frame (keyframes) or end (basic: 0 from, 1 to) as it was given, written
     // as given so store keys keep its encoding; −1: computed.
     std::int32_t exact = -1;
     bool applies = false;  // the animation applies at that time
     bool valid = false;    // false: not evaluated
+    bool point = false;    // `value`, `valueY` are a point
 };
 
 // Model layers with animations (ticked every turn, attached or not, hidden or not) and those
@@ -112,12 +117,26 @@ std::optional<NumberRecord> makeNumberRecord(const VLXLayerAnimationEntry& entry
             }
             from = &*basic->capturedBase();
         }
-        if (VLXInterpolationKindOf(*from) != VLXInterpolationKind::Number ||
-            VLXInterpolationKindOf(basic->toValue()) != VLXInterpolationKind::Number) {
+        const VLXInterpolationKind kind = VLXInterpolationKindOf(*from);
+        if (kind != VLXInterpolationKindOf(basic->toValue())) {
             return std::nullopt;
         }
-        record.from = from->doubleValue();
-        record.to = basic->toValue().doubleValue();
+        if (kind == VLXInterpolationKind::Number) {
+            record.from = from->doubleValue();
+            record.to = basic->toValue().doubleValue();
+        } else if (kind == VLXInterpolationKind::Point &&
+                   (basic->keyPath() == "position" || basic->keyPath() == "anchorPoint")) {
+            // The two points the compositor moves most: written straight into the copy.
+            const VLXPoint a = from->pointValue();
+            const VLXPoint b = basic->toValue().pointValue();
+            record.point = true;
+            record.from = a.x;
+            record.fromY = a.y;
+            record.to = b.x;
+            record.toY = b.y;
+        } else {
+            return std::nullopt;
+        }
     } else {
         return std::nullopt;
     }
@@ -140,6 +159,7 @@ inline NumberSlot
 evaluateNumber(const NumberRecord& record, double time) {
     NumberSlot slot;
     slot.valid = true;
+    slot.point = record.point;
     // Not yet committed: it starts now, so it shows its start.
     const double local = record.committed ? time - record.begin : 0.0;
     double fraction;
@@ -168,12 +188,15 @@ evaluateNumber(const NumberRecord& record, double time) {
         slot.exact = static_cast<std::int32_t>(exact);
     } else if (std::isnan(progress) || progress == -INFINITY) {
         slot.value = record.from;
+        slot.valueY = record.fromY;
         slot.exact = 0;
     } else if (progress == INFINITY) {
         slot.value = record.to;
+        slot.valueY = record.toY;
         slot.exact = 1;
     } else {
         slot.value = VLXInterpolateDouble(record.from, record.to, progress);
+        slot.valueY = VLXInterpolateDouble(record.fromY, record.toY, progress);
     }
     return slot;
 }
@@ -427,7 +450,9 @@ struct VLXLayerAccess {
         const auto& property = static_cast<const VLXPropertyAnimation&>(animation);
         const std::string& keyPath = property.keyPath();
         const double v = slot.value;
-        if (keyPath == "opacity") {
+        if (slot.point) {  // a basic animation of "position" or "anchorPoint"
+            (keyPath == "position" ? copy.m_position : copy.m_anchorPoint) = {v, slot.valueY};
+        } else if (keyPath == "opacity") {
             copy.m_opacity = v;
         } else if (keyPath == "position.x") {
             copy.m_position.x = v;
@@ -471,8 +496,9 @@ struct VLXLayerAccess {
     // Key paths whose number can be written again over an earlier one with the same result as
     // writing it over the model's value.
     static bool rewritable(const std::string& keyPath) {
-        return keyPath == "opacity" || keyPath == "position.x" || keyPath == "position.y" ||
-               keyPath == "zPosition" || keyPath == "cornerRadius" || keyPath == "borderWidth" ||
+        return keyPath == "opacity" || keyPath == "position" || keyPath == "anchorPoint" ||
+               keyPath == "position.x" || keyPath == "position.y" || keyPath == "zPosition" ||
+               keyPath == "cornerRadius" || keyPath == "borderWidth" ||
                (keyPath.find('.') == std::string::npos && !VLXLayer::isBuiltInKey(keyPath));
     }
 
