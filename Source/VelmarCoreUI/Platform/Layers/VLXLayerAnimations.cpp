@@ -426,10 +426,13 @@ struct VLXLayerAccess {
     static std::optional<NumberSlot> numberSlot(const VLXLayerAnimationEntry& entry, double time) {
         const Timeline& t = timeline();
         NumberSlot slot;
-        if (!t.dirty && t.tickTime == time && entry.slot >= 0 &&
-            static_cast<std::size_t>(entry.slot) < t.slots.size() &&
-            t.framesDrops == VLXKeyframeAnimation::numberFramesDropCount()) {
-            slot = t.slots[static_cast<std::size_t>(entry.slot)];
+        const bool registered = !t.dirty && entry.slot >= 0 &&
+                                static_cast<std::size_t>(entry.slot) < t.records.size() &&
+                                t.framesDrops == VLXKeyframeAnimation::numberFramesDropCount();
+        if (registered) {
+            const auto index = static_cast<std::size_t>(entry.slot);
+            // The tick's value at its time; the registry's record evaluated at any other.
+            slot = t.tickTime == time ? t.slots[index] : evaluateNumber(t.records[index], time);
         } else if (auto record = makeNumberRecord(entry)) {
             slot = evaluateNumber(*record, time);
         } else {
