@@ -105,8 +105,9 @@ public:
 #if defined(__GNUC__)
     [[gnu::always_inline]]
 #endif
-    static double numberAtProgress(const NumberFrames& frames, double progress, bool discrete,
-                                   std::ptrdiff_t* exactFrame = nullptr) {
+    static double
+    numberAtProgress(const NumberFrames& frames, double progress, bool discrete,
+                     std::ptrdiff_t* exactFrame = nullptr) {
         const std::size_t count = frames.count;
         const double p = progress > 0.0 ? (progress < 1.0 ? progress : 1.0) : 0.0;  // NaN → 0
         std::size_t i = 0;
