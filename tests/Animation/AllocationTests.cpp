@@ -1,7 +1,11 @@
 // Counts heap allocations around keyframe evaluation: the per-frame path of a layer's attached
 // animation must not allocate for numbers, and only the result's box for geometry.
 #include <VelmarCoreUI/Animation/VLXSpringAnimation.h>
+#include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 
 #include <gtest/gtest.h>
 
@@ -9,6 +13,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <new>
+#include <string>
 #include <vector>
 
 namespace {
@@ -69,4 +74,59 @@ TEST(KeyframeEvaluation, NoAllocationPerFrame) {
     EXPECT_LE(g_allocations.load() - beforePoints, 100) << "one box per result at most";
     EXPECT_GT(g_allocations.load() - beforePoints, 0) << "the counter sees the boxes";
     EXPECT_TRUE(std::isfinite(sum));
+}
+
+// The layers' animation tick and the reading of presentation values after it: once the registry
+// and the presentation copies exist, a frame allocates nothing.
+TEST(KeyframeEvaluation, TickAndPresentationReadsAllocateNothing) {
+    VLXClock::setManual(900);
+    VLXRunLoop::main().runOnce();
+    std::vector<std::shared_ptr<VLXLayer>> layers;
+    vlx_transactionByDisablingActions([&] {
+        for (int i = 0; i < 40; ++i) {
+            VLXValue::Array frames;
+            for (int f = 0; f < 200; ++f) {
+                frames.emplace_back(std::sin(f * 0.01 * (i + 1)));
+            }
+            auto a = VLXKeyframeAnimation::animationWithKeyPath(i % 2 ? "opacity" : "position.x");
+            a->setValues(std::move(frames));
+            a->setDuration(1);
+            auto layer = VLXLayer::create();
+            layer->addAnimation(a, std::string("wave"));
+            layers.push_back(layer);
+        }
+    });
+    VLXRunLoop::main().runOnce();  // committed
+    VLXClock::advance(0.01);
+    VLXLayer::tickAnimations(VLXClock::now());  // starts them and builds the registry
+    double sum = 0;
+    for (const auto& layer : layers) {
+        sum += layer->presentationLayer()->opacity();  // makes the copies
+    }
+    long ticking = 0;
+    long reading = 0;
+    for (int tick = 0; tick < 20; ++tick) {
+        long before = g_allocations.load();
+        VLXClock::advance(0.01);
+        VLXLayer::tickAnimations(VLXClock::now());
+        ticking += g_allocations.load() - before;
+        before = g_allocations.load();
+        for (const auto& layer : layers) {
+            const auto p = layer->presentationLayer();
+            sum += p->opacity() + p->position().x;
+        }
+        reading += g_allocations.load() - before;
+    }
+    EXPECT_EQ(ticking, 0);
+    EXPECT_EQ(reading, 0);
+    // The values are the curves' (not a stale or default reading).
+    const auto attached =
+        std::dynamic_pointer_cast<VLXKeyframeAnimation>(layers[1]->attachedAnimation("wave"));
+    ASSERT_TRUE(attached);
+    EXPECT_NEAR(layers[1]->presentationLayer()->opacity(),
+                attached->valueAtProgress(0.21).doubleValue(), 1e-9);
+    EXPECT_TRUE(std::isfinite(sum));
+    layers.clear();
+    VLXRunLoop::main().runOnce();
+    VLXClock::setReal();
 }

@@ -180,14 +180,15 @@ public:
     virtual VLXValue valueAtProgress(double progress, const VLXValue& base,
                                      const VLXValue& model) const;
 
+    /// The value captured by `prepareForLayer` (what was on screen when the animation was
+    /// added), if it ran.
+    const std::optional<VLXValue>& capturedBase() const { return m_capturedBase; }
+
     std::string description() const override;
 
 protected:
     VLXPropertyAnimation() = default;
     VLXPropertyAnimation(const VLXPropertyAnimation& other);
-
-    /// The value captured by `prepareForLayer`, if it ran.
-    const std::optional<VLXValue>& capturedBase() const { return m_capturedBase; }
 
 private:
     std::string m_keyPath;

@@ -1,6 +1,7 @@
 #include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
@@ -19,6 +20,8 @@ struct VLXKeyframeAnimation::EvaluationCache {
 };
 
 namespace {
+
+std::atomic<std::uint64_t> g_numberFramesDrops{0};
 
 bool keyTimesFit(const std::vector<double>& times, std::size_t frameCount) {
     if (times.size() != frameCount) {
@@ -45,7 +48,9 @@ VLXKeyframeAnimation::VLXKeyframeAnimation(const VLXKeyframeAnimation& other)
       m_calculationMode(other.m_calculationMode),
       m_timingFunctions(other.m_timingFunctions) {}
 
-VLXKeyframeAnimation::~VLXKeyframeAnimation() = default;
+VLXKeyframeAnimation::~VLXKeyframeAnimation() {
+    invalidateEvaluationCache();
+}
 
 std::shared_ptr<VLXKeyframeAnimation> VLXKeyframeAnimation::create() {
     return makeInitialized<VLXKeyframeAnimation>();
@@ -69,7 +74,11 @@ void VLXKeyframeAnimation::setKeyTimes(std::optional<std::vector<double>> keyTim
 }
 
 void VLXKeyframeAnimation::invalidateEvaluationCache() const {
-    m_cache.reset();
+    if (m_cache) {
+        m_cache.reset();
+        g_numberFramesDrops.fetch_add(1, std::memory_order_relaxed);
+    }
+    m_cacheSerial = 0;
 }
 
 std::shared_ptr<VLXAnimation> VLXKeyframeAnimation::copy() const {
@@ -80,6 +89,9 @@ const VLXKeyframeAnimation::EvaluationCache& VLXKeyframeAnimation::evaluationCac
     const VLXValue::Array& frames = values();
     if (m_cache && m_cache->framesData == frames.data() && m_cache->frameCount == frames.size()) {
         return *m_cache;
+    }
+    if (m_cache) {
+        g_numberFramesDrops.fetch_add(1, std::memory_order_relaxed);  // replaced below
     }
     auto cache = std::make_unique<EvaluationCache>();
     cache->framesData = frames.data();
@@ -112,6 +124,9 @@ const VLXKeyframeAnimation::EvaluationCache& VLXKeyframeAnimation::evaluationCac
         }
     }
     m_cache = std::move(cache);
+    // Unique across animations and threads, so a reader of old frames can never match.
+    static std::atomic<std::uint64_t> serials{0};
+    m_cacheSerial = ++serials;
     return *m_cache;
 }
 
@@ -183,6 +198,19 @@ VLXValue VLXKeyframeAnimation::valueAtProgress(double progress) const {
         out[k] = VLXInterpolateDouble(a[k], b[k], segment.fraction);
     }
     return vlx::detail::valueFromComponents(cache.kind, out, n, frames[i]);
+}
+
+std::optional<VLXKeyframeAnimation::NumberFrames> VLXKeyframeAnimation::numberFrames() const {
+    const EvaluationCache& cache = evaluationCache();
+    if (cache.frameCount == 0 || cache.kind != VLXInterpolationKind::Number) {
+        return std::nullopt;
+    }
+    return NumberFrames{cache.entries.data(), cache.frameCount,
+                        cache.keyTimes ? cache.keyTimes->data() : nullptr, m_cacheSerial};
+}
+
+std::uint64_t VLXKeyframeAnimation::numberFramesDropCount() {
+    return g_numberFramesDrops.load(std::memory_order_relaxed);
 }
 
 VLXValue VLXKeyframeAnimation::valueAtProgress(double progress, const VLXValue&,

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +10,7 @@
 
 #include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXInterpolation.h>
 #include <VelmarCoreUI/VLXExport.h>
 
 /// How a keyframe animation moves between its key frames.
@@ -76,6 +79,70 @@ public:
     };
     std::optional<Segment> segmentAtProgress(double progress) const;
 
+    /// The key frames unpacked as plain numbers, for hosts that evaluate many animations in one
+    /// loop (the layers' animation tick does). `values` holds `count` numbers, `keyTimes` the
+    /// fitting key times (null: evenly spaced); the pointers stay valid while
+    /// `numberFramesSerial()` still answers `serial`. Nothing when the frames are not all numbers
+    /// (booleans count as flags, not numbers) or there are none.
+    struct NumberFrames {
+        const double* values;
+        std::size_t count;
+        const double* keyTimes;
+        std::uint64_t serial;
+    };
+    std::optional<NumberFrames> numberFrames() const;
+    /// A number never used before each time the unpacked frames are rebuilt; 0 while there are
+    /// none (after `setValues`, `setKeyTimes` or `invalidateEvaluationCache`).
+    std::uint64_t numberFramesSerial() const { return m_cacheSerial; }
+    /// Counts every drop of any keyframe animation's unpacked frames (frames or key times
+    /// replaced, `invalidateEvaluationCache`, the animation destroyed): a host holding the
+    /// `NumberFrames` of many animations compares this one number per frame instead of asking
+    /// each animation.
+    static std::uint64_t numberFramesDropCount();
+    /// The value of `frames` at an eased progress, as `valueAtProgress` computes it (the same
+    /// segment search, interpolation and discrete rule). `exactFrame` receives the index of the
+    /// frame returned as it is (at a frame or in discrete mode), or −1 for an interpolated value.
+#if defined(__GNUC__)
+    [[gnu::always_inline]]
+#endif
+    static double
+    numberAtProgress(const NumberFrames& frames, double progress, bool discrete,
+                     std::ptrdiff_t* exactFrame = nullptr) {
+        const std::size_t count = frames.count;
+        const double p = progress > 0.0 ? (progress < 1.0 ? progress : 1.0) : 0.0;  // NaN → 0
+        std::size_t i = 0;
+        double fraction = 0.0;
+        if (count <= 1 || p >= 1.0) {
+            i = count > 0 ? count - 1 : 0;
+        } else if (!frames.keyTimes) {
+            // Even spacing: the segment is the index itself, no search.
+            const double x = p * static_cast<double>(count - 1);
+            i = static_cast<std::size_t>(x);
+            i = i < count - 2 ? i : count - 2;
+            fraction = x - static_cast<double>(i);
+        } else {
+            const double* times = frames.keyTimes;
+            if (p < times[0]) {
+                i = 0;
+            } else if (p >= times[count - 1]) {
+                i = count - 1;
+            } else {
+                i = static_cast<std::size_t>(std::upper_bound(times, times + count, p) - times) - 1;
+                fraction = (p - times[i]) / (times[i + 1] - times[i]);
+            }
+        }
+        if (fraction == 0.0 || i + 1 >= count || discrete) {
+            if (exactFrame) {
+                *exactFrame = static_cast<std::ptrdiff_t>(i);
+            }
+            return frames.values[i];
+        }
+        if (exactFrame) {
+            *exactFrame = -1;
+        }
+        return VLXInterpolateDouble(frames.values[i], frames.values[i + 1], fraction);
+    }
+
     std::string description() const override;
 
 protected:
@@ -94,4 +161,5 @@ private:
     VLXAnimationCalculationMode m_calculationMode = VLXAnimationCalculationMode::Linear;
     std::vector<std::shared_ptr<VLXMediaTimingFunction>> m_timingFunctions;
     mutable std::unique_ptr<EvaluationCache> m_cache;
+    mutable std::uint64_t m_cacheSerial = 0;
 };

@@ -137,8 +137,9 @@ void VLXLayer::willChangeValueForKey(std::string_view key) {
     if (m_isPresentation) {
         return;
     }
-    VLXTransaction::ensureImplicitTransaction();
-    if (VLXTransaction::disableActions()) {
+    // One call on the hot path of every setter: opens the implicit transaction and answers
+    // whether actions run.
+    if (!vlx::detail::layerChangeRunsActions()) {
         return;
     }
     if (auto action = actionForKey(key)) {

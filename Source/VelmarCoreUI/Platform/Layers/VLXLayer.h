@@ -316,9 +316,22 @@ public:
 
     /// Null until the layer has been committed once (the first transaction commit after its
     /// creation). Otherwise a copy through `initWithLayer` with every attached animation applied
-    /// at the clock's time, in the order added. The copy is cached while nothing changes and the
-    /// clock stands still: treat it as read-only. A presentation layer answers itself.
+    /// at the clock's time, in the order added (the values the last tick evaluated when it ran
+    /// at that time). The copy is cached while nothing changes and the clock stands still: treat
+    /// it as read-only. When it is needed again and nobody else holds it, the same object is
+    /// filled again instead of a new one. A presentation layer answers itself.
     std::shared_ptr<VLXLayer> presentationLayer() const;
+    /// Runs the animation tick at `time` (the run loop's Tick phase calls it with the clock's
+    /// reading; hosts and benchmarks may call it themselves): delivers start and stop callbacks
+    /// (through the Callbacks phase), drops finished animations, then evaluates every running
+    /// animation of every model layer into presentation state. Keyframe and basic animations of
+    /// numbers are evaluated in one pass over a flat list kept up to date as animations are
+    /// added, removed, committed or finished, writing doubles without allocating; other
+    /// animations (groups, points, rectangles, transforms, colours, subclasses) are applied to
+    /// the layer's reused presentation copy. `presentationLayer()` at the same clock reading
+    /// then only writes those values into its copy.
+    static void tickAnimations(double time);
+
     /// The layer a presentation copy was made from; a model layer answers itself.
     std::shared_ptr<VLXLayer> modelLayer() const;
     bool isPresentationLayer() const { return m_isPresentation; }
@@ -389,6 +402,7 @@ private:
     void noteTreeChange();
     void markSubtreeNeedsLayout();
     void markSubtreeNeedsDisplay();
+    std::shared_ptr<VLXLayer> presentationAt(double time) const;
 
     VLXRect m_bounds{};
     VLXPoint m_position{};
@@ -427,4 +441,8 @@ private:
     mutable std::shared_ptr<VLXLayer> m_presentationCache;
     mutable std::uint64_t m_presentationGeneration = 0;
     mutable double m_presentationTime = 0;
+    // The copy's own generation right after it was filled, and whether only numbers were written
+    // then (so the next fill may just write the new numbers).
+    mutable std::uint64_t m_presentationCopyGeneration = 0;
+    mutable bool m_presentationNumbersOnly = false;
 };

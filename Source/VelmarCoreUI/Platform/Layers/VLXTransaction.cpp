@@ -3,6 +3,7 @@
 #include <VelmarCoreUI/Platform/Foundation/Private/VLXRunLoopDetail.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
+#include <VelmarCoreUI/Platform/Layers/Private/VLXLayerInternal.h>
 
 #include <algorithm>
 #include <cmath>
@@ -291,6 +292,22 @@ void VLXTransaction::ensureImplicitTransaction() {
     Level level;
     level.implicit = true;
     s.levels.push_back(std::move(level));
+}
+
+bool vlx::detail::layerChangeRunsActions() {
+    if (offLoopThread()) {
+        return true;  // as `disableActions()` answers there
+    }
+    auto& s = state();
+    if (s.levels.empty()) {
+        VLXTransaction::ensureImplicitTransaction();
+    }
+    for (auto it = s.levels.rbegin(); it != s.levels.rend(); ++it) {
+        if (it->disableActions) {
+            return !*it->disableActions;
+        }
+    }
+    return true;
 }
 
 std::shared_ptr<VLXTransactionToken> VLXTransaction::currentAnimationToken() {

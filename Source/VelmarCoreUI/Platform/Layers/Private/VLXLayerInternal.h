@@ -21,12 +21,16 @@ struct VLXLayerAnimationEntry {
     bool committed = false;  // begin time resolved
     bool started = false;    // start callback queued
     bool stopped = false;    // stop callback queued (kept attached when not removed)
+    // The tick's evaluation of a number animation: its index among the timeline's evaluated
+    // values (valid while the timeline's registry is up to date), −1 for the general path.
+    std::int32_t slot = -1;
 };
 
 struct VLXLayer::AnimationState {
     std::vector<VLXLayerAnimationEntry> entries;
-    bool registered = false;  // listed in the timeline's animated layers
-    bool pending = false;     // listed in the timeline's layers awaiting a commit
+    bool hasGeneralEntries = false;  // some entry needs the general path (set by the registry)
+    bool registered = false;         // listed in the timeline's animated layers
+    bool pending = false;            // listed in the timeline's layers awaiting a commit
 };
 
 namespace vlx::detail {
@@ -85,6 +89,10 @@ VLXLayerHomography layerToParent(const VLXRect& bounds, VLXPoint anchorPoint,
 inline VLXLayer* coordinateParent(const VLXLayer& layer) {
     return layer.superlayer() ? layer.superlayer() : layer.maskOwner();
 }
+
+// Opens the implicit transaction when none is open and tells whether the current transaction
+// lets actions run (`!VLXTransaction::disableActions()`), in one call (VLXTransaction.cpp).
+bool layerChangeRunsActions();
 
 // Timeline hooks (VLXLayerAnimations.cpp).
 // Commits of outermost transactions seen since the first layer was made.
