@@ -35,29 +35,12 @@
 #include <VelmarCoreUI/Platform/Layers/VLXShapeLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
+#include "TableCase.h"
+
 namespace {
 
 constexpr int kWidth = 1280;
 constexpr int kHeight = 720;
-
-double milliseconds(const std::function<void()>& run, int repeats) {
-    double best = 1e300;
-    for (int i = 0; i < repeats; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        const double ms =
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                .count();
-        best = std::min(best, ms);
-    }
-    return best;
-}
-
-void printCase(const char* name, double ours, double baseline) {
-    std::printf("case %s ours_ms %.3f baseline_ms %.3f ratio %.4f\n", name, ours, baseline,
-                ours / baseline);
-    std::fflush(stdout);
-}
 
 std::uint32_t nextRandom(std::uint32_t& seed) {
     seed = seed * 1664525U + 1013904223U;
@@ -209,10 +192,10 @@ void layersCases() {
     // Alternating runs, best of each: the machine's load shifts hit both sides alike.
     double ours = 1e300, baseline = 1e300;
     for (int i = 0; i < 15; ++i) {
-        ours = std::min(ours, milliseconds(ourFrame, 1));
-        baseline = std::min(baseline, milliseconds(rawFrame, 1));
+        ours = std::min(ours, table::bestMilliseconds(ourFrame, 1));
+        baseline = std::min(baseline, table::bestMilliseconds(rawFrame, 1));
     }
-    printCase("layers-2000", ours, baseline);
+    table::printCase("layers-2000", ours, baseline);
 
     // A window's frame loop: the first frame rasterises, the second finds nothing changed.
     double first = 1e300, second = 1e300;
@@ -220,14 +203,14 @@ void layersCases() {
         compositor->invalidate();
         first = std::min(
             first,
-            milliseconds([&] { compositor->renderFrame(*root, VLXSizeMake(kWidth, kHeight), 1); },
-                         1));
+            table::bestMilliseconds(
+                [&] { compositor->renderFrame(*root, VLXSizeMake(kWidth, kHeight), 1); }, 1));
         second = std::min(
             second,
-            milliseconds([&] { compositor->renderFrame(*root, VLXSizeMake(kWidth, kHeight), 1); },
-                         1));
+            table::bestMilliseconds(
+                [&] { compositor->renderFrame(*root, VLXSizeMake(kWidth, kHeight), 1); }, 1));
     }
-    printCase("unchanged-frame", second, first);
+    table::printCase("unchanged-frame", second, first);
 }
 
 void polylineCase() {
@@ -264,14 +247,14 @@ void polylineCase() {
     for (int i = 0; i < 5; ++i) {
         withoutActions([&] { layer->setPath(i % 2 == 0 ? a : b); });
         ours = std::min(
-            ours, milliseconds(
+            ours, table::bestMilliseconds(
                       [&] { compositor->renderFrame(*root, VLXSizeMake(kWidth, kHeight), 1); }, 1));
     }
     RawCairo raw;
     cairo_set_line_width(raw.cr, 1);
     cairo_set_line_join(raw.cr, CAIRO_LINE_JOIN_ROUND);
     cairo_set_source_rgba(raw.cr, 0.1, 0.3, 0.8, 1);
-    const double baseline = milliseconds(
+    const double baseline = table::bestMilliseconds(
         [&] {
             raw.clear();
             std::size_t start = 0;
@@ -289,7 +272,7 @@ void polylineCase() {
             }
         },
         2);
-    printCase("polyline-1m", ours, baseline);
+    table::printCase("polyline-1m", ours, baseline);
 }
 
 void animationsCase() {
@@ -343,17 +326,17 @@ void animationsCase() {
     // Alternating runs, best of each: the machine's load shifts hit both sides alike.
     double ours = 1e300, baseline = 1e300;
     for (int i = 0; i < 300; ++i) {
-        ours = std::min(ours, milliseconds(tick, 1));
-        baseline = std::min(baseline, milliseconds(plainLoop, 1));
+        ours = std::min(ours, table::bestMilliseconds(tick, 1));
+        baseline = std::min(baseline, table::bestMilliseconds(plainLoop, 1));
     }
-    printCase("animations-1000", ours, baseline);
+    table::printCase("animations-1000", ours, baseline);
 
     // Reading the 1 000 presentation opacities after a tick: each read fills the layer's
     // (reused) presentation copy from the model and the evaluated values.
     double reading = 1e300;
     for (int i = 0; i < 100; ++i) {
         tick();
-        reading = std::min(reading, milliseconds(
+        reading = std::min(reading, table::bestMilliseconds(
                                         [&] {
                                             for (const auto& layer : layers) {
                                                 if (auto p = layer->presentationLayer()) {
@@ -363,7 +346,7 @@ void animationsCase() {
                                         },
                                         1));
     }
-    printCase("animations-1000-read-presentation", reading, baseline);
+    table::printCase("animations-1000-read-presentation", reading, baseline);
 
     // The curve evaluation alone (the attached keyframe animations asked for their boxed value),
     // to tell the cost of the curves from that of the timeline.
@@ -376,7 +359,7 @@ void animationsCase() {
     for (int i = 0; i < 300; ++i) {
         progress += 0.00001;
         curvesOnly = std::min(
-            curvesOnly, milliseconds(
+            curvesOnly, table::bestMilliseconds(
                             [&] {
                                 for (const auto& animation : attached) {
                                     sink += animation->valueAtProgress(progress).doubleValue();
@@ -384,7 +367,7 @@ void animationsCase() {
                             },
                             1));
     }
-    printCase("animations-1000-curves-only", curvesOnly, baseline);
+    table::printCase("animations-1000-curves-only", curvesOnly, baseline);
     if (sink == 1.2345) {
         std::printf("\n");
     }

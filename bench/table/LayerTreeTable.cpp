@@ -17,25 +17,9 @@
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
+#include "TableCase.h"
+
 namespace {
-
-double bestMilliseconds(const std::function<void()>& run, int repeats) {
-    double best = 1e300;
-    for (int i = 0; i < repeats; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        best = std::min(best, std::chrono::duration<double, std::milli>(
-                                  std::chrono::steady_clock::now() - start)
-                                  .count());
-    }
-    return best;
-}
-
-void report(const char* name, double ours, double baseline) {
-    std::printf("case %s ours_ms %.4f baseline_ms %.4f ratio %.2f\n", name, ours, baseline,
-                baseline > 0 ? ours / baseline : 0.0);
-    std::fflush(stdout);
-}
 
 volatile double g_sink;
 
@@ -83,8 +67,8 @@ int main() {
                 g_sink = plain.position.x;
             }
         };
-        report("set_position_1m_no_actions", bestMilliseconds(ours, 5),
-               bestMilliseconds(baseline, 5));
+        table::printCase("set_position_1m_no_actions", table::bestMilliseconds(ours, 5),
+                         table::bestMilliseconds(baseline, 5));
         VLXTransaction::commit();
     }
 
@@ -128,8 +112,8 @@ int main() {
             }
             g_sink = hits;
         };
-        report("hit_test_200_points_2000_siblings", bestMilliseconds(ours, 20),
-               bestMilliseconds(baseline, 20));
+        table::printCase("hit_test_200_points_2000_siblings", table::bestMilliseconds(ours, 20),
+                         table::bestMilliseconds(baseline, 20));
     }
 
     // 3. Presentation copies of 1 000 layers with a position and an opacity animation each.
@@ -176,8 +160,8 @@ int main() {
             }
             g_sink = sum;
         };
-        report("presentation_1000_animated_layers", bestMilliseconds(ours, 50),
-               bestMilliseconds(baseline, 50));
+        table::printCase("presentation_1000_animated_layers", table::bestMilliseconds(ours, 50),
+                         table::bestMilliseconds(baseline, 50));
     }
 
     // 4. Layout and display passes over a clean tree of 10 000 layers (nothing marked).
@@ -224,8 +208,8 @@ int main() {
             }
             g_sink = marked;
         };
-        report("clean_layout_display_10000_layers_x100", bestMilliseconds(ours, 10),
-               bestMilliseconds(baseline, 10));
+        table::printCase("clean_layout_display_10000_layers_x100",
+                         table::bestMilliseconds(ours, 10), table::bestMilliseconds(baseline, 10));
     }
 
     // 5. Building and tearing down a 10 000-level chain.
@@ -253,8 +237,8 @@ int main() {
                 parent = chain.back().get();
             }
         };
-        report("build_teardown_10000_levels", bestMilliseconds(ours, 10),
-               bestMilliseconds(baseline, 10));
+        table::printCase("build_teardown_10000_levels", table::bestMilliseconds(ours, 10),
+                         table::bestMilliseconds(baseline, 10));
     }
     VLXRunLoop::main().runOnce();
     return 0;

@@ -9,22 +9,7 @@
 
 #include "../PolylineWorkload.h"
 
-namespace {
-
-double milliseconds(const std::function<void()>& run, int repeats) {
-    double best = 1e300;
-    for (int i = 0; i < repeats; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        const double ms =
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                .count();
-        best = ms < best ? ms : best;
-    }
-    return best;
-}
-
-}  // namespace
+#include "TableCase.h"
 
 int main(int argc, char** argv) {
     const bool quick = argc > 1 && std::strcmp(argv[1], "--quick") == 0;
@@ -37,11 +22,12 @@ int main(int argc, char** argv) {
          {std::size_t{10000}, std::size_t{100000}, std::size_t{1000000}}) {
         const auto points = polyline::noisyLine(count);
         const int repeats = count >= 1000000 ? 1 : 3;
-        const double ours =
-            milliseconds([&] { polyline::strokeWithContext(*context, points); }, repeats);
-        const double pieces = milliseconds([&] { raw.strokePieces(points); }, repeats);
+        const double ours = table::bestMilliseconds(
+            [&] { polyline::strokeWithContext(*context, points); }, repeats);
+        const double pieces = table::bestMilliseconds([&] { raw.strokePieces(points); }, repeats);
         const bool skipOne = quick && count >= 1000000;
-        const double one = skipOne ? 0 : milliseconds([&] { raw.strokeOnePath(points); }, repeats);
+        const double one =
+            skipOne ? 0 : table::bestMilliseconds([&] { raw.strokeOnePath(points); }, repeats);
         if (skipOne) {
             std::printf("%9zu %12.1f %16s %14.1f %14s %14.2f\n", count, ours, "skipped", pieces,
                         "-", ours / pieces);

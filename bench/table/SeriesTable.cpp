@@ -18,31 +18,11 @@
 #include <VelmarCoreUI/Platform/Foundation/VLXRecord.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXValue.h>
 
+#include "TableCase.h"
+
 namespace {
 
 constexpr std::size_t kCount = 1'000'000;
-
-// Best of `repeats` runs; `prepare` runs untimed before each.
-double milliseconds(const std::function<void()>& prepare, const std::function<void()>& run,
-                    int repeats = 3) {
-    double best = 1e300;
-    for (int i = 0; i < repeats; ++i) {
-        prepare();
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        const double ms =
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                .count();
-        best = std::min(best, ms);
-    }
-    return best;
-}
-
-void report(const char* name, double ours, double baseline) {
-    std::printf("case %s ours_ms %.3f baseline_ms %.3f ratio %.4f\n", name, ours, baseline,
-                baseline > 0 ? ours / baseline : 0.0);
-    std::fflush(stdout);
-}
 
 std::shared_ptr<VLXSeriesItem> itemReadingXY() {
     auto item = VLXSeriesItem::create();
@@ -93,12 +73,14 @@ void deriveCase(const char* name, const VLXValue& data) {
     // One untimed pass first: each object resolves its key-value interface on its first
     // lookup, which neither side should pay for the other.
     std::vector<VLXSeriesPoint> sink = plainLoop(data);
-    const double ours = milliseconds([&] { item = itemReadingXY(); }, [&] { item->setData(data); });
-    const double baseline = milliseconds([&] { sink.clear(); }, [&] { sink = plainLoop(data); });
+    const double ours =
+        table::bestMilliseconds([&] { item = itemReadingXY(); }, [&] { item->setData(data); });
+    const double baseline =
+        table::bestMilliseconds([&] { sink.clear(); }, [&] { sink = plainLoop(data); });
     if (item->points().size() != sink.size()) {
         std::printf("# %s: %zu points against %zu\n", name, item->points().size(), sink.size());
     }
-    report(name, ours, baseline);
+    table::printCase(name, ours, baseline);
 }
 
 }  // namespace
@@ -130,22 +112,23 @@ int main() {
     const VLXGraphSeriesRange range = sorted->rangeForAxis(VLXGraphAxisTypeX);
     std::size_t agree = 0;
     std::size_t checksum = 0;
-    const double fast = milliseconds([] {},
-                                     [&] {
-                                         for (const double q : queries) {
-                                             const auto handle =
-                                                 sorted->closestPointToValue(q, VLXGraphAxisTypeX);
-                                             checksum += handle ? handle->index : 0;
-                                         }
-                                     });
-    const double walk = milliseconds([] {},
-                                     [&] {
-                                         for (const double q : queries) {
-                                             const auto index = vlx::detail::nearestPointByWalk(
-                                                 sorted->points(), q, VLXGraphAxisTypeX, range);
-                                             checksum -= index ? *index : 0;
-                                         }
-                                     });
+    const double fast = table::bestMilliseconds(
+        [] {},
+        [&] {
+            for (const double q : queries) {
+                const auto handle = sorted->closestPointToValue(q, VLXGraphAxisTypeX);
+                checksum += handle ? handle->index : 0;
+            }
+        });
+    const double walk =
+        table::bestMilliseconds([] {},
+                                [&] {
+                                    for (const double q : queries) {
+                                        const auto index = vlx::detail::nearestPointByWalk(
+                                            sorted->points(), q, VLXGraphAxisTypeX, range);
+                                        checksum -= index ? *index : 0;
+                                    }
+                                });
     for (const double q : queries) {
         const auto handle = sorted->closestPointToValue(q, VLXGraphAxisTypeX);
         const auto index =
@@ -156,7 +139,7 @@ int main() {
         std::printf("# nearest-sorted-1m: %zu of %zu answers differ\n", queries.size() - agree,
                     queries.size());
     }
-    report("nearest-sorted-1m", fast, walk);
+    table::printCase("nearest-sorted-1m", fast, walk);
 
     // Appending a thousand records to a million-point item against assigning all of them.
     {
@@ -166,7 +149,7 @@ int main() {
         joined.insert(joined.end(), more.arrayValue().begin(), more.arrayValue().end());
         const VLXValue all(std::move(joined));
         std::shared_ptr<VLXSeriesItem> item;
-        const double append = milliseconds(
+        const double append = table::bestMilliseconds(
             [&] {
                 item = itemReadingXY();
                 item->setData(base);
@@ -174,12 +157,12 @@ int main() {
             [&] { item->appendData(more); });
         const std::size_t appendedCount = item->points().size();
         const double assign =
-            milliseconds([&] { item = itemReadingXY(); }, [&] { item->setData(all); });
+            table::bestMilliseconds([&] { item = itemReadingXY(); }, [&] { item->setData(all); });
         if (appendedCount != item->points().size()) {
             std::printf("# append-1k: %zu points against %zu\n", appendedCount,
                         item->points().size());
         }
-        report("append-1k", append, assign);
+        table::printCase("append-1k", append, assign);
 
         // Heap bytes held by a million derived points (the data are the host's).
         item.reset();

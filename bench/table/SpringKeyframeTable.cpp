@@ -14,27 +14,11 @@
 #include <VelmarCoreUI/Animation/VLXSpringAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
 
+#include "TableCase.h"
+
 namespace {
 
 constexpr int kLayers = 1000;
-
-double bestMilliseconds(const std::function<void()>& run, int repeats) {
-    double best = 1e300;
-    for (int i = 0; i < repeats; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        best = std::min(best, std::chrono::duration<double, std::milli>(
-                                  std::chrono::steady_clock::now() - start)
-                                  .count());
-    }
-    return best;
-}
-
-void report(const char* name, double ours, double baseline) {
-    std::printf("case %s ours_ms %.4f baseline_ms %.4f ratio %.2f\n", name, ours, baseline,
-                baseline > 0 ? ours / baseline : 0.0);
-    std::fflush(stdout);
-}
 
 volatile double g_sink;
 
@@ -96,8 +80,8 @@ int main() {
         }
         g_sink = sum;
     };
-    report("spring_1000_layers_even", bestMilliseconds(evenOurs, 200),
-           bestMilliseconds(evenBaseline, 200));
+    table::printCase("spring_1000_layers_even", table::bestMilliseconds(evenOurs, 200),
+                     table::bestMilliseconds(evenBaseline, 200));
 
     // With key times: a binary search per layer on both sides.
     std::vector<double> times(frameCount);
@@ -139,8 +123,8 @@ int main() {
         }
         g_sink = sum;
     };
-    report("spring_1000_layers_key_times", bestMilliseconds(timedOurs, 200),
-           bestMilliseconds(timedBaseline, 200));
+    table::printCase("spring_1000_layers_key_times", table::bestMilliseconds(timedOurs, 200),
+                     table::bestMilliseconds(timedBaseline, 200));
 
     // Points: the result is boxed, which costs one allocation per layer.
     auto pointSpring = VLXSpringAnimation::animationWithKeyPath("position");
@@ -181,8 +165,8 @@ int main() {
         }
         g_sink = sum;
     };
-    report("spring_1000_layers_points", bestMilliseconds(pointOurs, 200),
-           bestMilliseconds(pointBaseline, 200));
+    table::printCase("spring_1000_layers_points", table::bestMilliseconds(pointOurs, 200),
+                     table::bestMilliseconds(pointBaseline, 200));
     // The same with the plain loop boxing its point too, as handing it to a layer needs.
     auto pointBoxedBaseline = [&] {
         double sum = 0;
@@ -198,7 +182,7 @@ int main() {
         }
         g_sink = sum;
     };
-    report("spring_1000_layers_points_boxed", bestMilliseconds(pointOurs, 200),
-           bestMilliseconds(pointBoxedBaseline, 200));
+    table::printCase("spring_1000_layers_points_boxed", table::bestMilliseconds(pointOurs, 200),
+                     table::bestMilliseconds(pointBoxedBaseline, 200));
     return 0;
 }
