@@ -16,23 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace {
-std::atomic<long> g_allocations{0};
-}  // namespace
-
-void* operator new(std::size_t size) {
-    ++g_allocations;
-    if (void* p = std::malloc(size ? size : 1)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
+#include "Support/CountingAllocator.h"
 
 TEST(KeyframeEvaluation, NoAllocationPerFrame) {
     auto spring = VLXSpringAnimation::animationWithKeyPath("opacity");
@@ -42,11 +26,11 @@ TEST(KeyframeEvaluation, NoAllocationPerFrame) {
     ASSERT_TRUE(attached);
     ASSERT_GT(attached->values().size(), 1000u);
     double sum = attached->valueAtProgress(0.5).doubleValue();  // the first use unpacks
-    const long before = g_allocations.load();
+    const long before = test_support::allocationCount.load();
     for (int i = 0; i < 1000; ++i) {
         sum += attached->valueAtProgress(i / 1000.0).doubleValue();
     }
-    EXPECT_EQ(g_allocations.load() - before, 0);
+    EXPECT_EQ(test_support::allocationCount.load() - before, 0);
 
     auto timed = VLXKeyframeAnimation::animationWithKeyPath("opacity");
     timed->setValues(attached->values());
@@ -57,22 +41,24 @@ TEST(KeyframeEvaluation, NoAllocationPerFrame) {
     }
     timed->setKeyTimes(times);
     sum += timed->valueAtProgress(0.5).doubleValue();
-    const long beforeTimed = g_allocations.load();
+    const long beforeTimed = test_support::allocationCount.load();
     for (int i = 0; i < 1000; ++i) {
         sum += timed->valueAtProgress(i / 1000.0).doubleValue();
     }
-    EXPECT_EQ(g_allocations.load() - beforeTimed, 0);
+    EXPECT_EQ(test_support::allocationCount.load() - beforeTimed, 0);
 
     auto point = VLXSpringAnimation::animationWithKeyPath("position");
     point->setFromValue(VLXValue::valueWithPoint({0, 0}));
     point->setToValue(VLXValue::valueWithPoint({10, 10}));
     sum += point->valueAtProgress(0.5).pointValue().x;
-    const long beforePoints = g_allocations.load();
+    const long beforePoints = test_support::allocationCount.load();
     for (int i = 0; i < 100; ++i) {
         sum += point->valueAtProgress(i / 100.0 + 0.001).pointValue().x;
     }
-    EXPECT_LE(g_allocations.load() - beforePoints, 100) << "one box per result at most";
-    EXPECT_GT(g_allocations.load() - beforePoints, 0) << "the counter sees the boxes";
+    EXPECT_LE(test_support::allocationCount.load() - beforePoints, 100)
+        << "one box per result at most";
+    EXPECT_GT(test_support::allocationCount.load() - beforePoints, 0)
+        << "the counter sees the boxes";
     EXPECT_TRUE(std::isfinite(sum));
 }
 
@@ -106,16 +92,16 @@ TEST(KeyframeEvaluation, TickAndPresentationReadsAllocateNothing) {
     long ticking = 0;
     long reading = 0;
     for (int tick = 0; tick < 20; ++tick) {
-        long before = g_allocations.load();
+        long before = test_support::allocationCount.load();
         VLXClock::advance(0.01);
         VLXLayer::tickAnimations(VLXClock::now());
-        ticking += g_allocations.load() - before;
-        before = g_allocations.load();
+        ticking += test_support::allocationCount.load() - before;
+        before = test_support::allocationCount.load();
         for (const auto& layer : layers) {
             const auto p = layer->presentationLayer();
             sum += p->opacity() + p->position().x;
         }
-        reading += g_allocations.load() - before;
+        reading += test_support::allocationCount.load() - before;
     }
     EXPECT_EQ(ticking, 0);
     EXPECT_EQ(reading, 0);

@@ -11,34 +11,7 @@
 
 #include "CompositorTestSupport.h"
 
-namespace {
-std::atomic<long> gAllocations{0};
-}  // namespace
-
-void* operator new(std::size_t size) {
-    gAllocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(size == 0 ? 1 : size)) {
-        return p;
-    }
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    gAllocations.fetch_add(1, std::memory_order_relaxed);
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-void operator delete(void* p, const std::nothrow_t&) noexcept {
-    std::free(p);
-}
-
-void operator delete(void* p) noexcept {
-    std::free(p);
-}
-
-void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
-}
+#include "Support/CountingAllocator.h"
 
 TEST(CompositorAllocations, SteadyFramesAllocateNothing) {
     auto root = makeLayer(VLXRectMake(0, 0, 200, 200), VLXColor::whiteColor());
@@ -60,9 +33,9 @@ TEST(CompositorAllocations, SteadyFramesAllocateNothing) {
     auto context = VLXGraphicsContext::createBitmap(VLXSize{200, 200}, 2);
     auto compositor = VLXCompositor::create();
     compositor->renderInto(*root, *context);  // warms the reused buffers
-    const long before = gAllocations.load();
+    const long before = test_support::allocationCount.load();
     compositor->renderInto(*root, *context);
-    EXPECT_EQ(gAllocations.load() - before, 0);
+    EXPECT_EQ(test_support::allocationCount.load() - before, 0);
     // The frame was really drawn: pink background in the corner, the black circle in the middle.
     auto image = context->makeImage();
     EXPECT_TRUE(near(pixelAt(*image, 2 * 3, 2 * 3), RGBA8{255, 255, 204, 204}));

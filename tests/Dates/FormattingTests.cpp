@@ -153,7 +153,7 @@ TEST(DateFormatter, LocalesICUCannotReadFallBackToTheDefault) {
     const std::string expected =
         VLXDateFormatter("h B EEE", VLXTimeZone::UTC()).stringFromDate(kMonday);
     EXPECT_EQ(expected, "9 in the morning Mon");
-    for (const std::string locale : {std::string("EEE, d MUS/\x01"), std::string("en\0US", 5)}) {
+    for (const std::string& locale : {std::string("EEE, d MUS/\x01"), std::string("en\0US", 5)}) {
         const VLXDateFormatter formatter("h B EEE", VLXTimeZone::UTC(), locale);
         EXPECT_EQ(formatter.stringFromDate(kMonday), expected);
         EXPECT_EQ(formatter.dateFromString("9 in the morning Mon").has_value(),

@@ -11,8 +11,8 @@
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
 using vlx::detail::sameDouble;
-using vlx::detail::samePoint;
 using vlx::detail::sameRect;
+using vlx::detail::sameValue;
 
 namespace {
 std::uint64_t g_globalChangeCount = 0;
@@ -156,6 +156,17 @@ void VLXLayer::didChangeValueForKey(std::string_view key) {
 
 // --- geometry and appearance setters ----------------------------------------------------------
 
+template <class T>
+bool VLXLayer::changeProperty(T& member, T value, std::string_view key) {
+    if (sameValue(value, member)) {
+        return false;
+    }
+    willChangeValueForKey(key);
+    member = std::move(value);
+    didChangeValueForKey(key);
+    return true;
+}
+
 void VLXLayer::setBounds(const VLXRect& bounds) {
     if (sameRect(bounds, m_bounds)) {
         return;
@@ -174,48 +185,21 @@ void VLXLayer::setBounds(const VLXRect& bounds) {
 }
 
 void VLXLayer::setPosition(VLXPoint position) {
-    if (samePoint(position, m_position)) {
-        return;
-    }
-    willChangeValueForKey("position");
-    m_position = position;
-    didChangeValueForKey("position");
+    changeProperty(m_position, position, "position");
 }
 
 void VLXLayer::setAnchorPoint(VLXPoint anchorPoint) {
-    if (samePoint(anchorPoint, m_anchorPoint)) {
-        return;
-    }
-    willChangeValueForKey("anchorPoint");
-    m_anchorPoint = anchorPoint;
-    didChangeValueForKey("anchorPoint");
+    changeProperty(m_anchorPoint, anchorPoint, "anchorPoint");
 }
 
 void VLXLayer::setZPosition(double zPosition) {
-    if (sameDouble(zPosition, m_zPosition)) {
-        return;
-    }
-    willChangeValueForKey("zPosition");
-    m_zPosition = zPosition;
-    didChangeValueForKey("zPosition");
-    if (m_superlayer && !m_isPresentation) {
+    if (changeProperty(m_zPosition, zPosition, "zPosition") && m_superlayer && !m_isPresentation) {
         m_superlayer->didChangeAppearance();  // the drawing order of the siblings changed
     }
 }
 
 void VLXLayer::setTransform(const VLXTransform3D& transform) {
-    const double* a = &transform.m11;
-    const double* b = &m_transform.m11;
-    bool same = true;
-    for (int i = 0; i < 16 && same; ++i) {
-        same = sameDouble(a[i], b[i]);
-    }
-    if (same) {
-        return;
-    }
-    willChangeValueForKey("transform");
-    m_transform = transform;
-    didChangeValueForKey("transform");
+    changeProperty(m_transform, transform, "transform");
 }
 
 VLXAffineTransform VLXLayer::affineTransform() const {
@@ -227,84 +211,41 @@ void VLXLayer::setAffineTransform(const VLXAffineTransform& transform) {
 }
 
 void VLXLayer::setOpacity(double opacity) {
-    if (sameDouble(opacity, m_opacity)) {
-        return;
-    }
-    willChangeValueForKey("opacity");
-    m_opacity = opacity;
-    didChangeValueForKey("opacity");
+    changeProperty(m_opacity, opacity, "opacity");
 }
 
 void VLXLayer::setHidden(bool hidden) {
-    if (hidden == m_hidden) {
-        return;
-    }
-    willChangeValueForKey("hidden");
-    m_hidden = hidden;
-    didChangeValueForKey("hidden");
+    changeProperty(m_hidden, hidden, "hidden");
 }
 
 void VLXLayer::setBackgroundColor(std::optional<VLXColor> color) {
-    if (color == m_backgroundColor) {
-        return;
-    }
-    willChangeValueForKey("backgroundColor");
-    m_backgroundColor = std::move(color);
-    didChangeValueForKey("backgroundColor");
+    changeProperty(m_backgroundColor, std::move(color), "backgroundColor");
 }
 
 void VLXLayer::setCornerRadius(double radius) {
-    if (sameDouble(radius, m_cornerRadius)) {
-        return;
-    }
-    willChangeValueForKey("cornerRadius");
-    m_cornerRadius = radius;
-    didChangeValueForKey("cornerRadius");
+    changeProperty(m_cornerRadius, radius, "cornerRadius");
 }
 
 void VLXLayer::setBorderWidth(double width) {
-    if (sameDouble(width, m_borderWidth)) {
-        return;
-    }
-    willChangeValueForKey("borderWidth");
-    m_borderWidth = width;
-    didChangeValueForKey("borderWidth");
+    changeProperty(m_borderWidth, width, "borderWidth");
 }
 
 void VLXLayer::setBorderColor(std::optional<VLXColor> color) {
-    if (color == m_borderColor) {
-        return;
-    }
-    willChangeValueForKey("borderColor");
-    m_borderColor = std::move(color);
-    didChangeValueForKey("borderColor");
+    changeProperty(m_borderColor, std::move(color), "borderColor");
 }
 
 void VLXLayer::setMasksToBounds(bool masks) {
-    if (masks == m_masksToBounds) {
-        return;
-    }
-    willChangeValueForKey("masksToBounds");
-    m_masksToBounds = masks;
-    didChangeValueForKey("masksToBounds");
+    changeProperty(m_masksToBounds, masks, "masksToBounds");
 }
 
 void VLXLayer::setContentsScale(double scale) {
-    if (!(std::isfinite(scale) && scale > 0) || scale == m_contentsScale) {
-        return;
+    if (std::isfinite(scale) && scale > 0) {
+        changeProperty(m_contentsScale, scale, "contentsScale");
     }
-    willChangeValueForKey("contentsScale");
-    m_contentsScale = scale;
-    didChangeValueForKey("contentsScale");
 }
 
 void VLXLayer::setContents(std::shared_ptr<VLXImage> contents) {
-    if (contents == m_contents) {
-        return;
-    }
-    willChangeValueForKey("contents");
-    m_contents = std::move(contents);
-    didChangeValueForKey("contents");
+    changeProperty(m_contents, std::move(contents), "contents");
 }
 
 void VLXLayer::setName(std::optional<std::string> name) {

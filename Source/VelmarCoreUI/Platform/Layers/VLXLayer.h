@@ -394,6 +394,10 @@ private:
     friend struct VLXLayerAccess;
     struct AnimationState;
 
+    // Stores `value` with the will / did-change notifications of `key` unless it is the same
+    // value (NaN counts as equal to NaN); true when it changed.
+    template <class T>
+    bool changeProperty(T& member, T value, std::string_view key);
     void setBuiltInValue(int keyIndex, const VLXValue& value, std::string_view key);
     void setStored(std::string_view key, VLXValue value, bool runAction);
     bool canAdopt(const VLXLayer* layer) const;

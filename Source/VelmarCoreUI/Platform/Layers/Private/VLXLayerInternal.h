@@ -46,6 +46,33 @@ inline bool sameRect(const VLXRect& a, const VLXRect& b) {
     return samePoint(a.origin, b.origin) && sameDouble(a.size.width, b.size.width) &&
            sameDouble(a.size.height, b.size.height);
 }
+inline bool sameTransform(const VLXTransform3D& a, const VLXTransform3D& b) {
+    const double* x = &a.m11;
+    const double* y = &b.m11;
+    for (int i = 0; i < 16; ++i) {
+        if (!sameDouble(x[i], y[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+// What a setter compares with: the NaN-aware helpers above for numbers and geometry, == else.
+inline bool sameValue(double a, double b) {
+    return sameDouble(a, b);
+}
+inline bool sameValue(VLXPoint a, VLXPoint b) {
+    return samePoint(a, b);
+}
+inline bool sameValue(const VLXRect& a, const VLXRect& b) {
+    return sameRect(a, b);
+}
+inline bool sameValue(const VLXTransform3D& a, const VLXTransform3D& b) {
+    return sameTransform(a, b);
+}
+template <class T>
+bool sameValue(const T& a, const T& b) {
+    return a == b;
+}
 
 // A plane projective map in the row-vector convention: [x y 1] · m = [X Y W], point (X/W, Y/W).
 // A layer's own coordinates map to its superlayer's through one of these (the z = 0 plane of
