@@ -1298,7 +1298,10 @@ void VLXGraphicsContext::drawImage(const VLXImage& image, const VLXRect& rect) {
         return std::pair<Real, Real>{(dx * vy - dy * vx) / det, (ux * dy - uy * dx) / det};
     };
     const Real ax = vy / det, ay = -vx / det, bx = -uy / det, by = ux / det;
-    const auto [uZero, vZero] = uvAt(VLXPoint{0, 0});
+    // Plain variables rather than a structured binding: the lambda below captures them, which
+    // clang 14 (the fuzzing build) does not allow for bindings.
+    const std::pair<Real, Real> uvZero = uvAt(VLXPoint{0, 0});
+    const Real uZero = uvZero.first, vZero = uvZero.second;
     double iw = image.pixelWidth(), ih = image.pixelHeight();
     Real xa = 0, xb = 0, ya = 0, yb = 0, x0 = 0, y0 = 0;
     auto mapTo = [&](double width, double height) {
