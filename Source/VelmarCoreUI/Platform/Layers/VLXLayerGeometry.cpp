@@ -66,14 +66,16 @@ VLXLayerHomography layerToParent(const VLXRect& b, VLXPoint anchor, const VLXTra
 
 namespace {
 
-VLXRect boundingBoxOfCorners(const VLXRect& rect, const VLXLayerHomography& h) {
+// The bounding box of a rectangle's four corners mapped through `map`; NaN when one maps to NaN.
+template <class Map>
+VLXRect boundingBoxOfMappedCorners(const VLXRect& rect, Map map) {
     if (VLXRectIsNull(rect)) {
         return VLXRectNull;
     }
     const double x0 = VLXRectGetMinX(rect), x1 = VLXRectGetMaxX(rect);
     const double y0 = VLXRectGetMinY(rect), y1 = VLXRectGetMaxY(rect);
-    const VLXPoint corners[4] = {h.apply({x0, y0}), h.apply({x1, y0}), h.apply({x0, y1}),
-                                 h.apply({x1, y1})};
+    const VLXPoint corners[4] = {map(VLXPoint{x0, y0}), map(VLXPoint{x1, y0}),
+                                 map(VLXPoint{x0, y1}), map(VLXPoint{x1, y1})};
     double minX = corners[0].x, maxX = corners[0].x, minY = corners[0].y, maxY = corners[0].y;
     for (const VLXPoint& c : corners) {
         if (std::isnan(c.x) || std::isnan(c.y)) {
@@ -85,6 +87,10 @@ VLXRect boundingBoxOfCorners(const VLXRect& rect, const VLXLayerHomography& h) {
         maxY = std::max(maxY, c.y);
     }
     return VLXRect{{minX, minY}, {maxX - minX, maxY - minY}};
+}
+
+VLXRect boundingBoxOfCorners(const VLXRect& rect, const VLXLayerHomography& h) {
+    return boundingBoxOfMappedCorners(rect, [&](VLXPoint p) { return h.apply(p); });
 }
 
 std::size_t depthOf(const VLXLayer* layer) {
@@ -135,24 +141,7 @@ VLXPoint convert(VLXPoint point, const VLXLayer* from, const VLXLayer* to) {
 }
 
 VLXRect convertRect(const VLXRect& rect, const VLXLayer* from, const VLXLayer* to) {
-    if (VLXRectIsNull(rect)) {
-        return VLXRectNull;
-    }
-    const double x0 = VLXRectGetMinX(rect), x1 = VLXRectGetMaxX(rect);
-    const double y0 = VLXRectGetMinY(rect), y1 = VLXRectGetMaxY(rect);
-    const VLXPoint corners[4] = {convert({x0, y0}, from, to), convert({x1, y0}, from, to),
-                                 convert({x0, y1}, from, to), convert({x1, y1}, from, to)};
-    double minX = corners[0].x, maxX = corners[0].x, minY = corners[0].y, maxY = corners[0].y;
-    for (const VLXPoint& c : corners) {
-        if (std::isnan(c.x) || std::isnan(c.y)) {
-            return VLXRect{{NAN, NAN}, {NAN, NAN}};
-        }
-        minX = std::min(minX, c.x);
-        maxX = std::max(maxX, c.x);
-        minY = std::min(minY, c.y);
-        maxY = std::max(maxY, c.y);
-    }
-    return VLXRect{{minX, minY}, {maxX - minX, maxY - minY}};
+    return boundingBoxOfMappedCorners(rect, [&](VLXPoint p) { return convert(p, from, to); });
 }
 
 // `point` in the superlayer's coordinates → the layer's own; NaN when the transform is singular.
