@@ -59,16 +59,20 @@ int main() {
     }
 
     int tick = 0;
-    auto evenOurs = [&] {
-        double sum = 0;
-        ++tick;
-        for (int i = 0; i < kLayers; ++i) {
-            sum += copies[static_cast<std::size_t>(i)]
-                       ->valueAtProgress(progressOf(i, tick))
-                       .doubleValue();
-        }
-        g_sink = sum;
+    // Our side: every layer's attached animation asked for its number at this tick's progress.
+    auto oursOver = [&](const std::vector<std::shared_ptr<VLXKeyframeAnimation>>& animations) {
+        return [&tick, &animations] {
+            double sum = 0;
+            ++tick;
+            for (int i = 0; i < kLayers; ++i) {
+                sum += animations[static_cast<std::size_t>(i)]
+                           ->valueAtProgress(progressOf(i, tick))
+                           .doubleValue();
+            }
+            g_sink = sum;
+        };
     };
+    auto evenOurs = oursOver(copies);
     auto evenBaseline = [&] {
         double sum = 0;
         ++tick;
@@ -99,16 +103,7 @@ int main() {
         g_sink = a->valueAtProgress(0.5).doubleValue();
         timed.push_back(a);
     }
-    auto timedOurs = [&] {
-        double sum = 0;
-        ++tick;
-        for (int i = 0; i < kLayers; ++i) {
-            sum += timed[static_cast<std::size_t>(i)]
-                       ->valueAtProgress(progressOf(i, tick))
-                       .doubleValue();
-        }
-        g_sink = sum;
-    };
+    auto timedOurs = oursOver(timed);
     auto timedBaseline = [&] {
         double sum = 0;
         ++tick;

@@ -5,6 +5,8 @@
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
+#include "LayerTestSupport.h"
+
 namespace {
 
 void expectRect(const VLXRect& r, double x, double y, double w, double h) {
@@ -25,14 +27,7 @@ std::shared_ptr<VLXLayer> layerWithFrame(double x, double y, double w, double h)
     return layer;
 }
 
-class LayerGeometry : public ::testing::Test {
-protected:
-    void SetUp() override {
-        VLXTransaction::begin();
-        VLXTransaction::setDisableActions(true);
-    }
-    void TearDown() override { VLXTransaction::commit(); }
-};
+using LayerGeometry = ActionsDisabledTest;
 
 }  // namespace
 

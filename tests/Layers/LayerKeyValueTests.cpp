@@ -36,14 +36,7 @@ protected:
     }
 };
 
-class LayerKeyValue : public ::testing::Test {
-protected:
-    void SetUp() override {
-        VLXTransaction::begin();
-        VLXTransaction::setDisableActions(true);
-    }
-    void TearDown() override { VLXTransaction::commit(); }
-};
+using LayerKeyValue = ActionsDisabledTest;
 
 }  // namespace
 

@@ -11,6 +11,8 @@
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
+#include <gtest/gtest.h>
+
 /// Switches to manual time at `start` and runs a turn so nothing of an earlier test is pending;
 /// back to the real clock at the end.
 class ManualClock {
@@ -33,6 +35,17 @@ public:
     }
     /// One turn without moving the clock (commits the implicit transaction).
     void turn() { VLXRunLoop::main().runOnce(); }
+};
+
+/// A test inside one explicit transaction with actions disabled, so property changes apply at once
+/// and start no implicit animations.
+class ActionsDisabledTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        VLXTransaction::begin();
+        VLXTransaction::setDisableActions(true);
+    }
+    void TearDown() override { VLXTransaction::commit(); }
 };
 
 /// Records start and stop callbacks, as "start:<name>" and "stop:<name>:<finished>", where the
