@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iomanip>
 #include <string>
 
 #include <VelmarCoreUI/Core/VLXDateFormats.h>
@@ -136,6 +137,21 @@ TEST(DateFormatter, FarDatesParseBackWhatTheyFormat) {
         EXPECT_EQ(millis.stringFromDate(*date), text);
     }
     EXPECT_EQ(millis.stringFromDate(at(-0.0005)), "1969-12-31 23:59:59.999");  // still rounded down
+
+    // Where a double holds dates only to about a millisecond, the date read back is not the date
+    // written, yet it must still format to the same text (a zone with seconds in its offset).
+    const VLXDateFormatter coarse("yyyy-MM-dd HH:mm:ss.SSS G",
+                                  *VLXTimeZone::timeZoneWithName("GMT+005115"));
+    for (double start : {-4476106154203.3125, 4.4e12, -8.8e12, 9.1e12, -5e13, 1e14 - 1}) {
+        double seconds = start;
+        for (int step = 0; step < 200; ++step) {
+            seconds = std::nextafter(seconds, 0.0);
+            const std::string text = coarse.stringFromDate(at(seconds));
+            const auto back = coarse.dateFromString(text);
+            ASSERT_TRUE(back.has_value()) << text;
+            ASSERT_EQ(coarse.stringFromDate(*back), text) << std::setprecision(17) << seconds;
+        }
+    }
 
     // Far away, parsing stays strict: no 30 February, no hour 25, no trailing text.
     const VLXDateFormatter formatter("uuuu-MM-dd HH", VLXTimeZone::UTC());

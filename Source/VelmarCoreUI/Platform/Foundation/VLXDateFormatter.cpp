@@ -70,17 +70,36 @@ Entry makeEntry(std::string_view pattern, const VLXTimeZone& zone, std::string_v
     return entry;
 }
 
-// The date in ICU's milliseconds. ICU rounds fractions of a millisecond down, so a date read
-// from text (whole milliseconds ÷ 1000, not exact in binary) could format a millisecond early;
-// products within rounding error of a whole millisecond are taken as that millisecond.
+// The next whole millisecond after (direction +1) or before (-1) a whole `millis`: the next
+// integer, or the next double once doubles are all whole but no longer hold every integer.
+double stepMilliseconds(double millis, double direction) {
+    constexpr double kEveryIntegerBelow = 9007199254740992.0;  // 2^53
+    return std::fabs(millis) < kEveryIntegerBelow ? millis + direction
+                                                  : std::nextafter(millis, direction * HUGE_VAL);
+}
+
+// The date (within the calendar range) in ICU's milliseconds, which ICU rounds down to a whole
+// millisecond. Text parses to whole milliseconds ÷ 1000, which a double holds only roughly, so a
+// date that is the nearest double to a whole millisecond stands for that millisecond, and any
+// other date is rounded down. Working from the exact product (not the rounded one) is what makes
+// text read back from a date format to the same text, also where a double holds dates only to a
+// millisecond or two (beyond about 140 000 years).
 UDate millisecondsOf(VLXDate date) {
-    const double millis = date.timeIntervalSince1970() * 1000.0;
-    const double whole = std::round(millis);
-    if (std::fabs(millis - whole) <=
-        4 * std::numeric_limits<double>::epsilon() * std::fabs(millis)) {
-        return whole;
+    const double seconds = date.timeIntervalSince1970();
+    const double product = seconds * 1000.0;
+    const double error = std::fma(seconds, 1000.0, -product);  // exactly: product + error
+    double below = std::floor(product);
+    double above = below + 1.0;
+    if (below == product) {
+        below = error < 0 ? stepMilliseconds(product, -1.0) : product;
+        above = error > 0 ? stepMilliseconds(product, 1.0) : product;
     }
-    return millis;
+    const auto standsFor = [seconds](double millis) { return millis / 1000.0 == seconds; };
+    const auto distance = [&](double millis) { return std::fabs((millis - product) - error); };
+    if (standsFor(above) && (!standsFor(below) || distance(above) < distance(below))) {
+        return above;
+    }
+    return below;
 }
 
 // Reads the whole of `input` into a copy of the entry's calendar (parsing a zone name re-zones
