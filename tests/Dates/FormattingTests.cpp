@@ -51,6 +51,14 @@ TEST(DateFormatter, ParsingIsStrict) {
 
     VLXDateFormatter dayOnly("d", VLXTimeZone::UTC());  // missing fields from 1970-01-01
     EXPECT_EQ(dayOnly.dateFromString("3"), at(2 * 86400));
+
+    // Long runs of fractional-second digits are refused, not handed to ICU (which divides by
+    // zero past 34 of them); nine digits still read.
+    const VLXDateFormatter fraction("ss.SSS", VLXTimeZone::UTC());
+    EXPECT_EQ(fraction.dateFromString("01.123456789"), at(1.123));
+    for (int digits : {35, 40, 1000}) {
+        EXPECT_FALSE(fraction.dateFromString("00." + std::string(digits, '3'))) << digits;
+    }
 }
 
 TEST(DateFormatter, BadInputGivesEmptyText) {

@@ -6,6 +6,7 @@
 #include <unicode/parsepos.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <cmath>
@@ -100,6 +101,21 @@ UDate millisecondsOf(VLXDate date) {
         return above;
     }
     return below;
+}
+
+// No date text needs this many digits. ICU 72 divides by a power of ten that overflows to zero
+// when fractional seconds run past 34 digits (SIGFPE), so longer digit counts are refused before
+// ICU sees them. All digits count, grouped or not, in any script.
+constexpr int kMaximumDigits = 32;
+
+bool hasTooManyDigits(const icu::UnicodeString& text) {
+    int digits = 0;
+    for (int32_t index = 0; index < text.length(); index = text.moveIndex32(index, 1)) {
+        if (u_isdigit(text.char32At(index)) && ++digits > kMaximumDigits) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // Reads the whole of `input` into a copy of the entry's calendar (parsing a zone name re-zones
@@ -253,6 +269,9 @@ std::optional<VLXDate> VLXDateFormatter::dateFromString(std::string_view text) c
         return std::nullopt;
     }
     const icu::UnicodeString input = fromUTF8(text);
+    if (hasTooManyDigits(input)) {
+        return std::nullopt;
+    }
     std::optional<VLXDate> result;
     cache().with(m_dateFormat, m_timeZone, m_localeIdentifier, [&](Entry& entry) {
         if (!entry.format) {

@@ -46,7 +46,8 @@ public:
 
     /// Reads a date written in the pattern. The whole string must match (no lenient guessing,
     /// no trailing text); fields the pattern lacks come from 1970-01-01 00:00:00 in the zone.
-    /// Nil when the text does not match or the date is outside the calendar range.
+    /// Nil when the text does not match or the date is outside the calendar range, and for text
+    /// with more than 32 digits (no date needs them).
     std::optional<VLXDate> dateFromString(std::string_view text) const;
 
     /// One-off formatting through the same cache: `VLXDateFormatter(pattern, zone, locale)
