@@ -302,3 +302,28 @@ TEST(HostileDrawing, ExtremeSequencesKeepContextsValid) {
         }
     }
 }
+
+TEST(HostileDrawing, WideShadowsKeepTheirPlaceAndStrength) {
+    // A blur this wide is computed on a reduced mask: the shadow must still sit at the offset,
+    // spread symmetrically and carry the square's whole coverage.
+    auto context = makeBitmap(400, 400);
+    context->setShadow(VLXSize{190, 190}, 60, VLXColor::colorWithRed(0, 0, 0, 1));
+    context->setFillColor(VLXColor::colorWithRed(0, 0, 1, 1));
+    context->fillRect(VLXRectMake(10, 10, 40, 40));
+    Pixels pixels(*context);
+    ASSERT_TRUE(pixels.valid());
+    double mass = 0;
+    for (int y = 100; y < 360; ++y) {
+        for (int x = 100; x < 360; ++x) {
+            mass += pixels.alpha(x, y) / 255.0;
+        }
+    }
+    EXPECT_NEAR(mass, 1600, 80);
+    const int centre = 220;
+    EXPECT_GT(pixels.alpha(centre, centre), pixels.alpha(centre - 30, centre));
+    EXPECT_GT(pixels.alpha(centre - 30, centre), pixels.alpha(centre - 70, centre));
+    EXPECT_GT(pixels.alpha(centre - 70, centre), 0);
+    EXPECT_NEAR(pixels.alpha(centre - 40, centre), pixels.alpha(centre + 40, centre), 2);
+    EXPECT_NEAR(pixels.alpha(centre, centre - 40), pixels.alpha(centre, centre + 40), 2);
+    EXPECT_EQ(pixels.at(30, 30), (Pixel{255, 0, 0, 255}));  // the square itself, unblurred
+}

@@ -34,6 +34,9 @@ constexpr double kMaximumScale = 1024;
 constexpr double kMaximumDeviceLineWidth = 1 << 20;
 // Shadows blur by at most this many device pixels (sigma); beyond it they are invisible anyway.
 constexpr double kMaximumShadowSigma = 200;
+// Wider blurs are computed on a mask scaled down to this width and stretched back: a wide blur
+// has no detail to lose, and its cost then stays that of the small mask.
+constexpr double kExactShadowSigma = 16;
 // Strokes with more line segments than this (in subpaths made of lines only) go through the
 // piecewise stroker; below it cairo's own single stroke is as fast and exact by definition.
 constexpr std::size_t kLongStrokeSegments = 2000;
@@ -394,36 +397,39 @@ struct VLXGraphicsContext::Impl {
         const int margin = sigma > 0 ? static_cast<int>(std::ceil(3 * sigma)) + 2 : 0;
         const bool visible = !region.isEmpty() && std::fabs(dx) < deviceWidth + 2.0 * margin &&
                              std::fabs(dy) < deviceHeight + 2.0 * margin;
-        if (!visible) {
-            return cairo_pattern_reference(content);
-        }
-        cairo_surface_t* mask = cairo_image_surface_create(
-            CAIRO_FORMAT_A8, region.width + 2 * margin, region.height + 2 * margin);
-        if (cairo_surface_status(mask) != CAIRO_STATUS_SUCCESS) {
-            cairo_surface_destroy(mask);
+        const double reduction = shadowMaskReduction(sigma);
+        cairo_surface_t* mask =
+            visible ? offscreen(CAIRO_FORMAT_A8, region, margin, reduction) : nullptr;
+        if (mask == nullptr) {
             return cairo_pattern_reference(content);
         }
         cairo_t* maskContext = cairo_create(mask);
-        cairo_translate(maskContext, -(region.x - margin), -(region.y - margin));
         cairo_set_source(maskContext, content);
         cairo_paint(maskContext);
         cairo_destroy(maskContext);
         cairo_surface_flush(mask);
-        VLXShadowBlur::blurAlpha(
-            cairo_image_surface_get_data(mask), cairo_image_surface_get_width(mask),
-            cairo_image_surface_get_height(mask), cairo_image_surface_get_stride(mask), sigma);
+        VLXShadowBlur::blurAlpha(cairo_image_surface_get_data(mask),
+                                 cairo_image_surface_get_width(mask),
+                                 cairo_image_surface_get_height(mask),
+                                 cairo_image_surface_get_stride(mask), sigma * reduction);
         cairo_surface_mark_dirty(mask);
 
         cairo_push_group(cr);
         cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
         const RGBA& c = state.shadowColor;
         cairo_set_source_rgba(cr, c.r, c.g, c.b, c.a);
-        cairo_mask_surface(cr, mask, region.x - margin + dx, region.y - margin + dy);
+        cairo_mask_surface(cr, mask, dx, dy);
         cairo_set_source(cr, content);
         cairo_paint(cr);
         cairo_pattern_t* result = cairo_pop_group(cr);
         cairo_surface_destroy(mask);
         return result;
+    }
+
+    // The scale of a shadow mask for a blur of `sigma` pixels: 1 up to kExactShadowSigma, then
+    // smaller so that the mask's own blur stays at that width.
+    static double shadowMaskReduction(double sigma) {
+        return sigma > kExactShadowSigma ? kExactShadowSigma / sigma : 1;
     }
 
     // A surface for drawing in device space off the target: `c` draws into it with the same
@@ -456,8 +462,10 @@ struct VLXGraphicsContext::Impl {
             return;
         }
         if (state.shadowOn) {
-            constexpr double resolution = 2;
-            const double sigma = std::min(kMaximumShadowSigma, state.shadowBlur / 2 * resolution);
+            // Two pixels per point, fewer for wide blurs (see shadowMaskReduction).
+            const double fullSigma = std::min(kMaximumShadowSigma, state.shadowBlur / 2 * 2);
+            const double resolution = 2 * shadowMaskReduction(fullSigma);
+            const double sigma = fullSigma * shadowMaskReduction(fullSigma);
             const int margin =
                 sigma > 0 ? static_cast<int>(std::ceil((3 * sigma + 2) / resolution)) : 0;
             // A shadow offset off the page costs its whole blur and shows nothing.
