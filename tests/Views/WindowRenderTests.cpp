@@ -1,5 +1,7 @@
 #include "ViewTestSupport.h"
 
+#include <cmath>
+
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
 #include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
@@ -137,6 +139,8 @@ TEST_F(WindowRender, SnapshotsAreFreshAndUnusableSizesGiveNothing) {
     EXPECT_EQ(window->renderSVG(), "");
     auto empty = VLXWindow::createWithFrame(VLXRectZero);
     EXPECT_EQ(empty->renderFrame(), nullptr);
+    EXPECT_EQ(VLXWindow::createWithFrame(VLXRectMake(std::nan(""), 0, 10, 10))->renderFrame(),
+              nullptr);  // the frame is refused, the window stays empty
     auto screen = VLXScreen::create();
     screen->setBounds(VLXRectZero);
     empty->setScreen(screen);
