@@ -69,6 +69,8 @@
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXTransform3D.h>
 #include <VelmarCoreUI/Platform/Views/VLXContentSizeCategory.h>
+#include <VelmarCoreUI/Platform/Views/VLXView.h>
+#include <VelmarCoreUI/Platform/Views/VLXWindow.h>
 #include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>
