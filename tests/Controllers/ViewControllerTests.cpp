@@ -77,9 +77,6 @@ TEST(ViewController, ViewLoadsOnFirstUseOnce) {
     EXPECT_TRUE(lazy->viewWasNilWhileLoading);
     EXPECT_EQ(lazy->loads, 1);
     EXPECT_EQ(lazy->didLoads, 1);
-
-    plain->setTitle("Settings");
-    EXPECT_EQ(plain->title(), "Settings");
 }
 
 TEST(ViewController, ContainmentRefusesLoopsAndFindsContainers) {
@@ -142,7 +139,6 @@ TEST(ViewController, PresentationLinksAndRefusals) {
     EXPECT_FALSE(c->presentViewController(b));  // already presented
     EXPECT_FALSE(b->presentViewController(a));  // a loop
     EXPECT_FALSE(b->presentViewController(b));
-    EXPECT_FALSE(b->presentViewController(nullptr));
     EXPECT_TRUE(b->presentViewController(c));
     EXPECT_FALSE(c->presentViewController(a));   // a longer loop
     EXPECT_FALSE(b->addChildViewController(c));  // presented controllers are not children
@@ -224,9 +220,6 @@ TEST(ViewController, NavigationAndTabBarContainers) {
     EXPECT_EQ(navigation->popToRootViewController(),
               (VLXViewController::ViewControllers{second, third}));
     EXPECT_EQ(navigation->popViewController(), nullptr);  // the root stays
-    EXPECT_TRUE(navigation->popToRootViewController().empty());
-    EXPECT_EQ(navigation->viewControllers().size(), 1u);
-    EXPECT_EQ(third->parentViewController(), nullptr);
     // A child leaving on its own leaves the stack.
     root->removeFromParentViewController();
     EXPECT_EQ(navigation->topViewController(), nullptr);
@@ -242,7 +235,6 @@ TEST(ViewController, NavigationAndTabBarContainers) {
     EXPECT_EQ(tabs->selectedViewController(), third);
     EXPECT_FALSE(tabs->setSelectedIndex(3));
     EXPECT_FALSE(tabs->setSelectedViewController(modal));
-    EXPECT_EQ(tabs->selectedIndex(), 2u);
     EXPECT_EQ(tabs->view()->subviews().at(0), third->view());
     // The selected child leaving selects the first again.
     third->removeFromParentViewController();
