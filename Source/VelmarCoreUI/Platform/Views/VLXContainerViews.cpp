@@ -18,9 +18,10 @@ void showChildView(VLXViewController& container, VLXViewController* child,
     }
     shown.reset();
     if (next && next != containerView) {
-        next->setFrame(containerView->bounds());
-        containerView->addSubview(next);
-        shown = next;
+        if (containerView->addSubview(next)) {
+            next->setFrame(containerView->bounds());
+            shown = next;
+        }
     }
 }
 
