@@ -68,11 +68,15 @@
 #include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXTransform3D.h>
+#include <VelmarCoreUI/Platform/Views/VLXActivityIndicatorView.h>
 #include <VelmarCoreUI/Platform/Views/VLXContentSizeCategory.h>
+#include <VelmarCoreUI/Platform/Views/VLXControl.h>
+#include <VelmarCoreUI/Platform/Views/VLXLabel.h>
 #include <VelmarCoreUI/Platform/Views/VLXLayoutAnchor.h>
 #include <VelmarCoreUI/Platform/Views/VLXLayoutConstraint.h>
 #include <VelmarCoreUI/Platform/Views/VLXLayoutGuide.h>
 #include <VelmarCoreUI/Platform/Views/VLXNavigationController.h>
+#include <VelmarCoreUI/Platform/Views/VLXScrollView.h>
 #include <VelmarCoreUI/Platform/Views/VLXTabBarController.h>
 #include <VelmarCoreUI/Platform/Views/VLXView.h>
 #include <VelmarCoreUI/Platform/Views/VLXViewController.h>
@@ -87,3 +91,4 @@
 #include <VelmarCoreUI/VLXVersion.h>
 #include <VelmarCoreUI/Views/VLXArcLayer.h>
 #include <VelmarCoreUI/Views/VLXCircularLayer.h>
+#include <VelmarCoreUI/Views/VLXControlEventHandlers.h>
