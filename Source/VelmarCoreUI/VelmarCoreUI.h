@@ -77,3 +77,6 @@
 #include <VelmarCoreUI/VLXVersion.h>
 #include <VelmarCoreUI/Views/VLXArcLayer.h>
 #include <VelmarCoreUI/Views/VLXCircularLayer.h>
+#include <VelmarCoreUI/Views/VLXCircularProgressView.h>
+#include <VelmarCoreUI/Views/VLXGradientView.h>
+#include <VelmarCoreUI/Views/VLXShapeView.h>
