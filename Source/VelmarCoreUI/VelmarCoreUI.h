@@ -68,7 +68,11 @@
 #include <VelmarCoreUI/Platform/Primitives/VLXColor.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
 #include <VelmarCoreUI/Platform/Primitives/VLXTransform3D.h>
+#include <VelmarCoreUI/Platform/Views/VLXActivityIndicatorView.h>
 #include <VelmarCoreUI/Platform/Views/VLXContentSizeCategory.h>
+#include <VelmarCoreUI/Platform/Views/VLXControl.h>
+#include <VelmarCoreUI/Platform/Views/VLXLabel.h>
+#include <VelmarCoreUI/Platform/Views/VLXScrollView.h>
 #include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>
@@ -78,5 +82,6 @@
 #include <VelmarCoreUI/Views/VLXArcLayer.h>
 #include <VelmarCoreUI/Views/VLXCircularLayer.h>
 #include <VelmarCoreUI/Views/VLXCircularProgressView.h>
+#include <VelmarCoreUI/Views/VLXControlEventHandlers.h>
 #include <VelmarCoreUI/Views/VLXGradientView.h>
 #include <VelmarCoreUI/Views/VLXShapeView.h>
