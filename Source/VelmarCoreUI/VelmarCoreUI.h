@@ -75,6 +75,8 @@
 #include <VelmarCoreUI/Platform/Views/VLXControl.h>
 #include <VelmarCoreUI/Platform/Views/VLXLabel.h>
 #include <VelmarCoreUI/Platform/Views/VLXScrollView.h>
+#include <VelmarCoreUI/Platform/Views/VLXView.h>
+#include <VelmarCoreUI/Platform/Views/VLXWindow.h>
 #include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>

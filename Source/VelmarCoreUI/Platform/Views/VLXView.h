@@ -46,7 +46,9 @@ inline constexpr VLXViewAnimationOptions VLXViewAnimationOptionCurveLinear = 3 <
 /// Geometry lives in the layer: `frame` is the layer's frame, `bounds` its bounds, `center` its
 /// position (the anchor point stays at the middle), `transform` its affine transform. A change
 /// of bounds size marks the view for layout. Setting a value equal to the current one does
-/// nothing.
+/// nothing. Frames, bounds, centres and transforms with a NaN or infinite component are ignored
+/// (the view keeps its geometry); a negative frame size is standardised; alpha is clamped to
+/// 0…1 (NaN ignored).
 ///
 /// Tree: a view owns its subviews (`shared_ptr` down, raw pointer up). Adding a view that is
 /// this view or one of its ancestors is refused and leaves the tree unchanged. Adding puts the
@@ -220,18 +222,24 @@ public:
     /// background colour, transform) animate from what is on screen to their new values over
     /// `duration` with the curve of `options`, starting after `delay` (filling backwards until
     /// then). Stand-alone layers changed inside the block animate with the same duration and
-    /// curve. A duration of 0 (or NaN, ∞, negative) and no delay changes at once. Blocks nest:
-    /// an inner block's settings hold inside it. `completion` runs in a later run-loop turn once
-    /// every animation of the block has stopped: finished is false when one was interrupted
-    /// (replaced by a new animation of the same key or removed); with nothing to animate it
-    /// runs in the next turn with true.
+    /// curve, without the delay. A duration of 0 (or NaN, ∞, negative) and no delay changes
+    /// everything at once, stand-alone layers included; with a delay, view changes then jump
+    /// when it is over. Blocks nest: an inner block's settings hold inside it. `completion` runs
+    /// from the run loop (its Callbacks phase, never inside `animate`) once every animation of
+    /// the block and of the blocks nested in it has stopped: finished is false when one of the
+    /// view animations was interrupted (replaced by a new animation of the same key or
+    /// removed); with nothing to animate it runs once the block's changes have committed, with
+    /// true. The animations start when the transaction open around the call commits (at once
+    /// outside any transaction, else at the end of the turn).
     static void animate(double duration, double delay, VLXViewAnimationOptions options,
                         const std::function<void()>& animations, Completion completion = {});
     static void animate(double duration, const std::function<void()>& animations,
                         Completion completion = {});
-    /// True inside an animation block.
+    /// True inside an animation block that animates (not inside `performWithoutAnimation` or a
+    /// block that changes things at once).
     static bool isAnimating();
-    /// Runs `block` with every view change immediate, even inside an animation block.
+    /// Runs `block` with every change immediate (views and stand-alone layers: actions are
+    /// disabled), even inside an animation block.
     static void performWithoutAnimation(const std::function<void()>& block);
 
     // --- description ---------------------------------------------------------------------

@@ -56,4 +56,5 @@ private:
     std::shared_ptr<VLXScreen> m_screen;
     std::shared_ptr<VLXCompositor> m_compositor;
     VLXEdgeInsets m_safeAreaInsets{};
+    double m_appliedScale = 0;  // the screen scale the tree's contents scales were set for
 };
