@@ -12,11 +12,6 @@ using CircularProgressViewTest = WidgetTest;
 TEST_F(CircularProgressViewTest, LayerIsStrokeWidthSmallerAndRound) {
     auto view = VLXCircularProgressView::create();
     EXPECT_EQ(view->frame(), (VLXRect{{0, 0}, {37, 37}}));
-    EXPECT_EQ(view->strokeWidth(), 1);
-    EXPECT_EQ(view->strokeColor(), VLXColor::whiteColor());
-    EXPECT_EQ(view->fillColor(), VLXColor::whiteColor());
-    EXPECT_FALSE(view->progressColor());
-    EXPECT_EQ(view->backgroundColor(), VLXColor::clearColor());
     VLXCircularLayer& layer = *view->circularLayer();
     EXPECT_EQ(layer.superlayer(), view->layer().get());
     EXPECT_EQ(layer.borderColor(), VLXColor::whiteColor());
@@ -29,11 +24,9 @@ TEST_F(CircularProgressViewTest, LayerIsStrokeWidthSmallerAndRound) {
     EXPECT_EQ(layer.position(), (VLXPoint{18.5, 18.5}));
     EXPECT_EQ(layer.cornerRadius(), 18);
 
-    // Width and colour reach the layer; the other two colours are only stored.
+    // Width and colour reach the layer.
     view->setStrokeWidth(5);
     view->setStrokeColor(VLXColor::redColor());
-    view->setFillColor(VLXColor::blackColor());
-    view->setProgressColor(VLXColor::blackColor());
     EXPECT_EQ(layer.borderWidth(), 5);
     EXPECT_EQ(layer.borderColor(), VLXColor::redColor());
     view->setFrame({{0, 0}, {60, 40}});

@@ -38,8 +38,6 @@ TEST_F(ShapeViewTest, PathConfiguresTheLayerAndIsReadBackFromIt) {
     EXPECT_EQ(layer.lineJoin(), VLXLineJoin::Bevel);
     EXPECT_EQ(layer.lineDashPattern(), (std::vector<double>{4, 0.1}));
     EXPECT_EQ(layer.lineDashPhase(), 1.5);
-    ASSERT_TRUE(view->shapePath());
-    EXPECT_EQ(*view->shapePath(), path);
 
     // The getter reads the layer, dash lengths in single precision; not the stored path.
     view->setLineWidth(9);
@@ -148,9 +146,6 @@ TEST_F(ShapeViewTest, DrawsFillStrokeAndTheStrokedStretch) {
     line->setStrokeStart(0.25);
     line->setStrokeEnd(0.5);
     window->addSubview(line);
-    EXPECT_EQ(line->strokeStart(), 0.25);
-    EXPECT_EQ(line->strokeEnd(), 0.5);
-    ASSERT_TRUE(line->strokeColor());
 
     auto image = window->snapshot();
     ASSERT_TRUE(image);
