@@ -42,4 +42,5 @@ GalleryPage makeEasingPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeSpringsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeCompositorPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeArcsPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeViewsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeWidgetsPage(const std::filesystem::path& outputDirectory);
