@@ -43,4 +43,5 @@ GalleryPage makeSpringsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeCompositorPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeArcsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeViewsPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeControlsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeWidgetsPage(const std::filesystem::path& outputDirectory);

@@ -9,9 +9,9 @@ GalleryPage makeDataPage(const std::filesystem::path& outputDirectory);
 
 const std::vector<GalleryPageBuilder>& galleryPageBuilders() {
     static const std::vector<GalleryPageBuilder> builders = {
-        makeColorPage,      makeFoundationPage, makeDrawingPage, makePathsPage,   makeImagesPage,
-        makeTextPage,       makeDataPage,       makeLayersPage,  makeEasingPage,  makeSpringsPage,
-        makeCompositorPage, makeArcsPage,       makeViewsPage,   makeWidgetsPage,
+        makeColorPage,      makeFoundationPage, makeDrawingPage, makePathsPage,    makeImagesPage,
+        makeTextPage,       makeDataPage,       makeLayersPage,  makeEasingPage,   makeSpringsPage,
+        makeCompositorPage, makeArcsPage,       makeViewsPage,   makeControlsPage, makeWidgetsPage,
     };
     return builders;
 }

@@ -44,8 +44,9 @@ std::shared_ptr<VLXImage> makeWheelImage(double side, const VLXColor& color, dou
         const double angle = 2 * std::numbers::pi * i / kSpokes;
         const double dx = std::sin(angle);
         const double dy = -std::cos(angle);
-        // Spoke i sits i steps clockwise of the leading one, which the wheel left longest ago.
-        const double alpha = i == 0 ? 1.0 : 0.15 + 0.85 * (kSpokes - i) / (kSpokes * 1.4);
+        // Spoke i sits i steps clockwise of the leading one, so the wheel passed it 12 − i steps
+        // ago: the spoke just anticlockwise of the lead is the brightest of the trail.
+        const double alpha = i == 0 ? 1.0 : 0.2 + 0.6 * i / (kSpokes - 1);
         context->setStrokeColor(color.colorWithAlphaComponent(color.alpha() * alpha));
         context->beginPath();
         context->moveToPoint({centre + dx * inner, centre + dy * inner});

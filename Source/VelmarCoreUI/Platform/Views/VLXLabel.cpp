@@ -13,10 +13,10 @@ namespace {
 constexpr double kDefaultFontSize = 17;
 // Measuring draws every glyph of the text; beyond this many characters a size counts only the
 // first ones (nothing that long can be shown on one screen anyway).
-constexpr std::size_t kMaxMeasuredCharacters = 20000;
+constexpr std::size_t kMaxMeasuredCharacters = 5000;
 // No glyph that shows is narrower than this fraction of the font size, so a line of width w
 // shows at most w / (fraction × size) characters.
-constexpr double kNarrowestGlyph = 0.1;
+constexpr double kNarrowestGlyph = 0.2;
 constexpr unsigned kDrawingOptions =
     VLXStringDrawingUsesLineFragmentOrigin | VLXStringDrawingTruncatesLastVisibleLine;
 
@@ -73,6 +73,18 @@ std::string boundedText(std::string_view text, std::size_t budget, VLXLineBreakM
         default:
             return std::string(text.substr(0, head));
     }
+}
+
+// The mode the text engine lays the label out with. Several lines always wrap (the truncating
+// modes then cut the last visible line); one line never does (a wrapping mode shows its first
+// line, clipped).
+VLXLineBreakMode layoutMode(VLXLineBreakMode mode, VLXInteger numberOfLines) {
+    const bool wraps =
+        mode == VLXLineBreakMode::ByWordWrapping || mode == VLXLineBreakMode::ByCharWrapping;
+    if (numberOfLines == 1) {
+        return wraps ? VLXLineBreakMode::ByClipping : mode;
+    }
+    return wraps ? mode : VLXLineBreakMode::ByWordWrapping;
 }
 
 double sanitizedScaleFactor(double factor) {
@@ -202,12 +214,13 @@ VLXSize VLXLabel::sizeThatFits(VLXSize size) const {
     if (!m_text || m_text->empty()) {
         return {0, 0};
     }
-    const std::string text = boundedText(*m_text, kMaxMeasuredCharacters, m_lineBreakMode);
+    const std::string text =
+        boundedText(*m_text, kMaxMeasuredCharacters, layoutMode(m_lineBreakMode, m_numberOfLines));
     VLXTextAttributes attributes;
     attributes.font = m_font;
     VLXParagraphStyle style;
     style.alignment = m_textAlignment;
-    style.lineBreakMode = m_numberOfLines == 1 ? VLXLineBreakMode::ByClipping : m_lineBreakMode;
+    style.lineBreakMode = layoutMode(m_lineBreakMode, m_numberOfLines);
     attributes.paragraphStyle = style;
     double width = 0;
     double height = 0;
@@ -253,16 +266,12 @@ const VLXLabel::TextLayout& VLXLabel::textLayout(VLXSize boundsSize) {
     }
     const double perLine = std::ceil(width / (kNarrowestGlyph * font.pointSize())) + 8;
     const double budget = std::min(visibleLines * perLine, 4.0 * kMaxMeasuredCharacters);
-    layout->text = boundedText(*m_text, static_cast<std::size_t>(budget), m_lineBreakMode);
+    layout->text = boundedText(*m_text, static_cast<std::size_t>(budget),
+                               layoutMode(m_lineBreakMode, m_numberOfLines));
 
     VLXParagraphStyle style;
     style.alignment = m_textAlignment;
-    style.lineBreakMode = m_lineBreakMode;
-    if (m_numberOfLines == 1 && (m_lineBreakMode == VLXLineBreakMode::ByWordWrapping ||
-                                 m_lineBreakMode == VLXLineBreakMode::ByCharWrapping)) {
-        // One line that wraps shows its first line: cut it like the clipping mode does.
-        style.lineBreakMode = VLXLineBreakMode::ByClipping;
-    }
+    style.lineBreakMode = layoutMode(m_lineBreakMode, m_numberOfLines);
     VLXTextAttributes attributes;
     attributes.font = font;
     attributes.foregroundColor = m_textColor;

@@ -1,0 +1,169 @@
+#include <cmath>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
+#include <VelmarCoreUI/Platform/Views/VLXActivityIndicatorView.h>
+#include <VelmarCoreUI/Platform/Views/VLXScrollView.h>
+
+#include "ControlsTestSupport.h"
+
+using controls_test::inkBox;
+using controls_test::makeWindow;
+
+namespace {
+
+struct ManualClock {
+    ManualClock() { VLXClock::setManual(100); }
+    ~ManualClock() { VLXClock::setReal(); }
+};
+
+}  // namespace
+
+TEST(ActivityIndicator, StylesStartStopAndHiding) {
+    EXPECT_EQ(
+        VLXActivityIndicatorView::wheelSizeForStyle(VLXActivityIndicatorViewStyle::WhiteLarge), 37);
+    auto large =
+        VLXActivityIndicatorView::createWithStyle(VLXActivityIndicatorViewStyle::WhiteLarge);
+    EXPECT_EQ(large->frame().size.width, 37);
+    auto grey = VLXActivityIndicatorView::createWithStyle(VLXActivityIndicatorViewStyle::Gray);
+    EXPECT_EQ(grey->sizeThatFits({500, 500}).height, 20);
+    EXPECT_EQ(grey->color(), VLXColor::grayColor());
+    EXPECT_EQ(large->color(), VLXColor::whiteColor());
+    grey->setActivityIndicatorViewStyle(static_cast<VLXActivityIndicatorViewStyle>(42));
+    EXPECT_EQ(grey->activityIndicatorViewStyle(), VLXActivityIndicatorViewStyle::White);
+
+    auto view = VLXActivityIndicatorView::create();
+    EXPECT_TRUE(view->hidesWhenStopped());
+    EXPECT_FALSE(view->isAnimating());
+    EXPECT_TRUE(view->isHidden());
+    view->startAnimating();
+    view->startAnimating();
+    EXPECT_TRUE(view->isAnimating());
+    EXPECT_FALSE(view->isHidden());
+    view->stopAnimating();
+    EXPECT_FALSE(view->isAnimating());
+    EXPECT_TRUE(view->isHidden());
+    view->setHidesWhenStopped(false);
+    EXPECT_FALSE(view->isHidden());
+    view->startAnimating();
+    view->stopAnimating();
+    EXPECT_FALSE(view->isHidden());
+}
+
+TEST(ActivityIndicator, SpinsOnTheClockCentredInItsFrame) {
+    ManualClock clock;
+    auto window = makeWindow({100, 100});
+    auto indicator = VLXActivityIndicatorView::createWithFrame({{0, 0}, {100, 100}});
+    indicator->setActivityIndicatorViewStyle(VLXActivityIndicatorViewStyle::Gray);
+    window->addSubview(indicator);
+    EXPECT_EQ(inkBox(*window->snapshot()).size.width, -1);  // hidden while stopped
+
+    indicator->startAnimating();
+    const auto first = window->renderFrame();
+    ASSERT_TRUE(first);
+    const VLXRect box = inkBox(
+        *first, [](std::uint32_t) { return true; }, 20);
+    EXPECT_NEAR(box.origin.x + box.size.width / 2, 50, 1.5);
+    EXPECT_NEAR(box.origin.y + box.size.height / 2, 50, 1.5);
+    EXPECT_LE(box.size.width, 21);
+
+    VLXClock::advance(0.25);
+    const auto later = window->renderFrame();
+    ASSERT_TRUE(later);
+    EXPECT_NE(first->PNGRepresentation(), later->PNGRepresentation());
+    // A full turn later the wheel looks the same again.
+    VLXClock::advance(1.0);
+    const auto turned = window->renderFrame();
+    EXPECT_EQ(later->PNGRepresentation(), turned->PNGRepresentation());
+
+    // Stopped, time no longer changes anything.
+    indicator->setHidesWhenStopped(false);
+    indicator->stopAnimating();
+    const auto stopped = window->renderFrame()->PNGRepresentation();
+    VLXClock::advance(0.3);
+    EXPECT_EQ(window->renderFrame()->PNGRepresentation(), stopped);
+    indicator->removeFromSuperview();
+}
+
+TEST(ActivityIndicator, AnimatingIndicatorThatGoesAwayStopsItsTimer) {
+    ManualClock clock;
+    auto window = makeWindow({50, 50});
+    {
+        auto indicator = VLXActivityIndicatorView::create();
+        indicator->startAnimating();
+    }
+    VLXClock::advance(0.5);
+    window->renderFrame();  // the timer fires into a view that has gone
+    SUCCEED();
+}
+
+namespace {
+
+struct CountingDelegate : VLXScrollViewDelegate {
+    int scrolls = 0;
+    VLXPoint lastOffset{};
+    void scrollViewDidScroll(VLXScrollView& scrollView) override {
+        ++scrolls;
+        lastOffset = scrollView.contentOffset();
+    }
+};
+
+}  // namespace
+
+TEST(ScrollView, DelegateHearsOffsetChangesOnly) {
+    auto scrollView = VLXScrollView::createWithFrame({{0, 0}, {100, 80}});
+    EXPECT_TRUE(scrollView->clipsToBounds());
+    EXPECT_TRUE(scrollView->canCancelContentTouches());
+    EXPECT_FALSE(scrollView->alwaysBounceVertical());
+    EXPECT_EQ(scrollView->panGestureRecognizer(), nullptr);
+    EXPECT_EQ(scrollView->pinchGestureRecognizer(), nullptr);
+
+    auto delegate = std::make_shared<CountingDelegate>();
+    scrollView->setDelegate(delegate);
+    scrollView->setContentSize({50, 50});
+    scrollView->setContentOffset({-30, 400});  // never clamped
+    EXPECT_EQ(delegate->scrolls, 1);
+    EXPECT_EQ(delegate->lastOffset.x, -30);
+    EXPECT_EQ(delegate->lastOffset.y, 400);
+    EXPECT_EQ(scrollView->bounds().origin.y, 400);
+    scrollView->setContentSize({1000, 1000});
+    EXPECT_EQ(scrollView->contentOffset().y, 400);
+
+    scrollView->setContentOffset({-30, 400});
+    scrollView->setFrame({{10, 10}, {200, 200}});
+    scrollView->setContentSize({5, 5});
+    EXPECT_EQ(delegate->scrolls, 1);
+    EXPECT_EQ(scrollView->contentOffset().x, -30);
+
+    // A non-finite coordinate keeps the current one.
+    scrollView->setContentOffset({NAN, 10});
+    EXPECT_EQ(delegate->scrolls, 2);
+    EXPECT_EQ(scrollView->contentOffset().x, -30);
+    EXPECT_EQ(scrollView->contentOffset().y, 10);
+    scrollView->setContentSize({NAN, -5});
+    EXPECT_EQ(scrollView->contentSize().width, 0);
+    EXPECT_EQ(scrollView->contentSize().height, 0);
+
+    // The delegate is not kept alive, and one that has gone is not called.
+    delegate.reset();
+    EXPECT_EQ(scrollView->delegate(), nullptr);
+    scrollView->setContentOffset({1, 1});
+    EXPECT_EQ(scrollView->contentOffset().x, 1);
+}
+
+TEST(ScrollView, OffsetMovesTheContentInTheWindow) {
+    auto window = makeWindow({100, 100});
+    auto scrollView = VLXScrollView::createWithFrame({{0, 0}, {100, 100}});
+    auto block = VLXView::createWithFrame({{10, 10}, {20, 20}});
+    block->setBackgroundColor(VLXColor::blueColor());
+    scrollView->addSubview(block);
+    window->addSubview(scrollView);
+    const VLXRect before = inkBox(*window->snapshot());
+    EXPECT_EQ(before.origin.x, 10);
+    scrollView->setContentOffset({5, -20});
+    const VLXRect after = inkBox(*window->snapshot());
+    EXPECT_EQ(after.origin.x, 5);
+    EXPECT_EQ(after.origin.y, 30);
+}
