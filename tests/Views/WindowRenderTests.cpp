@@ -1,5 +1,7 @@
 #include "ViewTestSupport.h"
 
+#include <cmath>
+
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
 #include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
@@ -54,9 +56,9 @@ TEST_F(WindowRender, FramesShowSubviewsWithClippingAndAlpha) {
     EXPECT_EQ(image->pixelWidth(), 40);
     EXPECT_EQ(image->pixelHeight(), 30);
     EXPECT_EQ(pixelAt(*image, 15, 15), kRed);
-    EXPECT_EQ(pixelAt(*image, 5, 5), (Pixel{255, 255, 255, 255}));
+    EXPECT_EQ(pixelAt(*image, 5, 5), (RGBA8{255, 255, 255, 255}));
     EXPECT_EQ(pixelAt(*image, 32, 7), kGreen);
-    EXPECT_EQ(pixelAt(*image, 32, 12), (Pixel{255, 255, 255, 255}));  // clipped away
+    EXPECT_EQ(pixelAt(*image, 32, 12), (RGBA8{255, 255, 255, 255}));  // clipped away
 
     // Nothing changed: the same image object comes back.
     EXPECT_EQ(window->renderFrame(), image);
@@ -64,11 +66,11 @@ TEST_F(WindowRender, FramesShowSubviewsWithClippingAndAlpha) {
     red->setAlpha(0.5);
     auto faded = window->renderFrame();
     ASSERT_NE(faded, image);
-    const Pixel p = pixelAt(*faded, 15, 15);
+    const RGBA8 p = pixelAt(*faded, 15, 15);
     EXPECT_NEAR(p.r, 255, 1);
     EXPECT_NEAR(p.g, 128, 2);
     red->setHidden(true);
-    EXPECT_EQ(pixelAt(*window->renderFrame(), 15, 15), (Pixel{255, 255, 255, 255}));
+    EXPECT_EQ(pixelAt(*window->renderFrame(), 15, 15), (RGBA8{255, 255, 255, 255}));
 
     // The document forms carry the same scene.
     EXPECT_NE(window->renderSVG().find("<svg"), std::string::npos);
@@ -137,6 +139,8 @@ TEST_F(WindowRender, SnapshotsAreFreshAndUnusableSizesGiveNothing) {
     EXPECT_EQ(window->renderSVG(), "");
     auto empty = VLXWindow::createWithFrame(VLXRectZero);
     EXPECT_EQ(empty->renderFrame(), nullptr);
+    EXPECT_EQ(VLXWindow::createWithFrame(VLXRectMake(std::nan(""), 0, 10, 10))->renderFrame(),
+              nullptr);  // the frame is refused, the window stays empty
     auto screen = VLXScreen::create();
     screen->setBounds(VLXRectZero);
     empty->setScreen(screen);

@@ -24,7 +24,8 @@ bool finiteRect(const VLXRect& r) {
 }
 
 bool finiteTransform(const VLXAffineTransform& t) {
-    return isFinite(t.a) && isFinite(t.b) && isFinite(t.c) && isFinite(t.d) && isFinite(t.tx) && isFinite(t.ty);
+    return isFinite(t.a) && isFinite(t.b) && isFinite(t.c) && isFinite(t.d) && isFinite(t.tx) &&
+           isFinite(t.ty);
 }
 
 }  // namespace

@@ -287,4 +287,5 @@ private:
     bool m_userInteractionEnabled = true;
     bool m_translatesAutoresizingMask = true;
     bool m_drawsContent = false;
+    bool m_isWindow = false;  // set by VLXWindow, so that window() walks up without casts
 };

@@ -94,8 +94,8 @@ void VLXViewAccess::didMoveToWindow(VLXView& root, VLXWindow* newWindow) {
 
 VLXWindow* VLXView::window() const {
     for (const VLXView* v = this; v; v = v->m_superview) {
-        if (auto* window = dynamic_cast<const VLXWindow*>(v)) {
-            return const_cast<VLXWindow*>(window);
+        if (v->m_isWindow) {
+            return static_cast<VLXWindow*>(const_cast<VLXView*>(v));
         }
     }
     return nullptr;

@@ -49,6 +49,7 @@ std::shared_ptr<VLXWindow> VLXWindow::createWithFrame(const VLXRect& frame) {
 }
 
 void VLXWindow::initWithFrame(const VLXRect& frame) {
+    VLXViewAccess::markAsWindow(*this);
     m_screen = VLXScreen::mainScreen();
     m_compositor = VLXCompositor::create();
     m_appliedScale = m_screen->scale();

@@ -18,4 +18,6 @@ struct VLXViewAccess {
     static void didMoveToWindow(VLXView& root, VLXWindow* newWindow);
     /// The contents scale of every view of the subtree (drawing views redraw).
     static void applyContentsScale(VLXView& root, double scale);
+    /// Called by `VLXWindow`'s initialiser.
+    static void markAsWindow(VLXView& view) { view.m_isWindow = true; }
 };
