@@ -87,9 +87,9 @@ int main() {
                     cell->setNeedsLayout();
                 }
             },
-            [&] { scene.window->snapshot(); }, 7);
+            [&] { scene.window->snapshot(); }, 15);
         const double baseline =
-            table::bestMilliseconds([] {}, [&] { scene.window->snapshot(); }, 7);
+            table::bestMilliseconds([] {}, [&] { scene.window->snapshot(); }, 15);
         table::printCase("layout-1000", ours, baseline);
     }
     // label-text-change.
@@ -99,7 +99,7 @@ int main() {
         int counter = 0;
         const double ours = table::bestMilliseconds(
             [&] { scene.cells[517]->label().setText("Changed " + std::to_string(++counter)); },
-            [&] { scene.window->renderFrame(); }, 7);
+            [&] { scene.window->renderFrame(); }, 15);
         std::vector<Scene> fresh;
         const double baseline = table::bestMilliseconds(
             [&] { fresh.push_back(makeScene()); }, [&] { fresh.back().window->renderFrame(); }, 3);

@@ -103,6 +103,8 @@ namespace {
 
 struct CountingDelegate : VLXScrollViewDelegate {
     int scrolls = 0;
+    int animationsEnded = 0;
+    void scrollViewDidEndScrollingAnimation(VLXScrollView&) override { ++animationsEnded; }
     VLXPoint lastOffset{};
     void scrollViewDidScroll(VLXScrollView& scrollView) override {
         ++scrolls;
@@ -166,4 +168,31 @@ TEST(ScrollView, OffsetMovesTheContentInTheWindow) {
     const VLXRect after = inkBox(*window->snapshot());
     EXPECT_EQ(after.origin.x, 5);
     EXPECT_EQ(after.origin.y, 30);
+}
+
+TEST(ScrollView, AnimatedOffsetMovesOnTheClockAndReportsItsEnd) {
+    ManualClock clock;
+    auto window = makeWindow({100, 100});
+    auto scrollView = VLXScrollView::createWithFrame({{0, 0}, {100, 100}});
+    window->addSubview(scrollView);
+    auto delegate = std::make_shared<CountingDelegate>();
+    scrollView->setDelegate(delegate);
+    window->renderFrame();
+
+    scrollView->setContentOffset({0, 60}, true);
+    EXPECT_EQ(delegate->scrolls, 1);
+    EXPECT_EQ(scrollView->contentOffset().y, 60);  // the model moves at once
+    window->renderFrame();
+    VLXClock::advance(0.15);
+    window->renderFrame();
+    auto presentation = scrollView->layer()->presentationLayer();
+    ASSERT_TRUE(presentation);
+    EXPECT_GT(presentation->bounds().origin.y, 0);
+    EXPECT_LT(presentation->bounds().origin.y, 60);
+    EXPECT_EQ(delegate->animationsEnded, 0);
+    VLXClock::advance(0.5);
+    window->renderFrame();
+    window->renderFrame();
+    EXPECT_EQ(delegate->animationsEnded, 1);
+    EXPECT_EQ(delegate->scrolls, 1);
 }
