@@ -18,11 +18,13 @@
 #include <VelmarCoreUI/Core/VLXLogger.h>
 #include <VelmarCoreUI/Core/VLXStringHelpers.h>
 #include <VelmarCoreUI/Core/VLXTimeIntervals.h>
+#include <VelmarCoreUI/Graphing/VLXGraphLoadingView.h>
 #include <VelmarCoreUI/Graphing/VLXGraphSeries.h>
 #include <VelmarCoreUI/Graphing/VLXGraphSeriesRange.h>
 #include <VelmarCoreUI/Graphing/VLXJSONGraphSeries.h>
 #include <VelmarCoreUI/Graphing/VLXSeriesItem.h>
 #include <VelmarCoreUI/Graphing/VLXSeriesPoint.h>
+#include <VelmarCoreUI/Graphing/VLXTextStyleSpec.h>
 #include <VelmarCoreUI/Models/VLXDeviceIdentification.h>
 #include <VelmarCoreUI/Models/VLXTableSection.h>
 #include <VelmarCoreUI/Models/VLXTableSectionRow.h>
@@ -91,4 +93,7 @@
 #include <VelmarCoreUI/VLXVersion.h>
 #include <VelmarCoreUI/Views/VLXArcLayer.h>
 #include <VelmarCoreUI/Views/VLXCircularLayer.h>
+#include <VelmarCoreUI/Views/VLXCircularProgressView.h>
 #include <VelmarCoreUI/Views/VLXControlEventHandlers.h>
+#include <VelmarCoreUI/Views/VLXGradientView.h>
+#include <VelmarCoreUI/Views/VLXShapeView.h>

@@ -45,3 +45,4 @@ GalleryPage makeArcsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeViewsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeControlsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeControllersPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeWidgetsPage(const std::filesystem::path& outputDirectory);
