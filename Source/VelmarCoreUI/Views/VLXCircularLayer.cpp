@@ -28,6 +28,10 @@ void VLXCircularLayer::setProgress(double progress) {
     setValue(VLXValue(progress), kProgress);
 }
 
+VLXValue VLXCircularLayer::defaultValueForKey(std::string_view key) const {
+    return key == kProgress ? VLXValue(0.0) : VLXLayer::defaultValueForKey(key);
+}
+
 bool VLXCircularLayer::needsDisplayForKey(std::string_view key) const {
     return key == kProgress || VLXLayer::needsDisplayForKey(key);
 }

@@ -12,9 +12,11 @@ class VLX_EXPORT VLXCircularLayer : public VLXLayer {
 public:
     static std::shared_ptr<VLXCircularLayer> create();
 
-    /// 0 … 1 expected; not clamped (above 1 the wedge wraps beyond a full turn).
+    /// 0 … 1 expected, 0 until set; not clamped (above 1 the wedge wraps beyond a full turn).
     double progress() const;
     void setProgress(double progress);
+    /// 0 for "progress" (so the first animation starts from an empty wedge), else the base's.
+    VLXValue defaultValueForKey(std::string_view key) const override;
 
     /// "progress", else what any layer answers.
     bool needsDisplayForKey(std::string_view key) const override;

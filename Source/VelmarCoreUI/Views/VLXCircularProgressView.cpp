@@ -25,12 +25,6 @@ void VLXCircularProgressView::initWithFrame(const VLXRect& frame) {
     circular->setBorderColor(m_strokeColor);
     circular->setBorderWidth(m_strokeWidth);
     circular->setContentsScale(VLXScreen::mainScreen()->scale());
-    // An explicit 0, so that the first animated change starts from an empty wedge rather than
-    // from an unset value (which the animation would read as "the new value").
-    const bool actionsWereDisabled = VLXTransaction::disableActions();
-    VLXTransaction::setDisableActions(true);
-    circular->setProgress(0);
-    VLXTransaction::setDisableActions(actionsWereDisabled);
     layer()->addSublayer(circular);
     m_circularLayer = std::move(circular);
 }

@@ -110,10 +110,11 @@ std::string VLXWindow::renderPDF() {
 
 std::shared_ptr<VLXImage> VLXWindow::snapshot() {
     auto self = sharedFrom<VLXWindow>();
-    // Pending changes commit so that animations added meanwhile show from their start.
-    VLXTransaction::flush();
+    // The turn's order: layout and display first, then the commit, so that layers placed in
+    // layout commit with everything else and animations added meanwhile show from their start.
     layoutIfNeeded();
     layer()->displayTreeIfNeeded();
+    VLXTransaction::flush();
     const std::optional<VLXSize> size = renderSize(bounds());
     if (!size) {
         return nullptr;
