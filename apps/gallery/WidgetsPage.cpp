@@ -312,7 +312,7 @@ std::string textStylesFigure(const std::filesystem::path& out) {
     };
     const double none = std::nan("");
     const std::vector<Sample> samples = {
-        {"Fresh spec: label unchanged", [](VLXTextStyleSpec&) {}, none},
+        {"Fresh style: label unchanged", [](VLXTextStyleSpec&) {}, none},
         {"Axis style: system 10, dark grey",
          [](VLXTextStyleSpec& s) {
              s.setFont(VLXFont::systemFontOfSize(10));
@@ -338,7 +338,7 @@ std::string textStylesFigure(const std::filesystem::path& out) {
              s.setMinimumScaleFactor(0.5);
          },
          none},
-        {"No spec font, size 20 applied", [](VLXTextStyleSpec& s) { s.setTextColor(hue(0.33)); },
+        {"No style font, size 20 applied", [](VLXTextStyleSpec& s) { s.setTextColor(hue(0.33)); },
          20},
     };
     double y = 8;
@@ -347,19 +347,20 @@ std::string textStylesFigure(const std::filesystem::path& out) {
         label->setText(sample.text);
         label->setFont(VLXFont::boldSystemFontOfSize(15));
         label->setBackgroundColor(VLXColor::colorWithWhite(0.95, 1));
-        auto spec = VLXTextStyleSpec::create();
-        sample.style(*spec);
+        auto style = VLXTextStyleSpec::create();
+        sample.style(*style);
         if (std::isnan(sample.fontSize)) {
-            spec->applyToLabel(*label);
+            style->applyToLabel(*label);
         } else {
-            spec->applyToLabel(*label, sample.fontSize);
+            style->applyToLabel(*label, sample.fontSize);
         }
         window->addSubview(label);
         y += 30;
     }
-    return snapshotFigure(out, "widgets-text-styles.png", *window,
-                          "Labels (bold 15 on light grey, left aligned) after applying text style "
-                          "specs; the fresh spec writes nothing but turns shrinking off.");
+    return snapshotFigure(
+        out, "widgets-text-styles.png", *window,
+        "Labels (bold 15 on light grey, left aligned) after applying text styles; "
+        "the fresh style writes nothing but turns shrinking off.");
 }
 
 }  // namespace

@@ -19,9 +19,9 @@ TEST_F(TextStyleSpecTest, OnlySetAttributesReachTheLabel) {
     const VLXFont labelFont = VLXFont::boldSystemFontOfSize(20);
     label->setFont(labelFont);
 
-    auto spec = VLXTextStyleSpec::create();
-    EXPECT_EQ(spec->minimumScaleFactor(), 0.8);
-    spec->applyToLabel(*label);
+    auto style = VLXTextStyleSpec::create();
+    EXPECT_EQ(style->minimumScaleFactor(), 0.8);
+    style->applyToLabel(*label);
     EXPECT_EQ(label->textColor(), VLXColor::redColor());
     EXPECT_EQ(label->textAlignment(), VLXTextAlignment::Center);
     EXPECT_EQ(label->backgroundColor(), VLXColor::blackColor());
@@ -31,21 +31,21 @@ TEST_F(TextStyleSpecTest, OnlySetAttributesReachTheLabel) {
     EXPECT_EQ(label->shadowOffset(), (VLXSize{0, -1}));
 
     // Left is 0 and never written; a shadow colour goes without a {0, 0} offset.
-    spec->setTextAlignment(VLXTextAlignment::Left);
-    spec->setShadowColor(VLXColor::grayColor());
-    spec->applyToLabel(*label);
+    style->setTextAlignment(VLXTextAlignment::Left);
+    style->setShadowColor(VLXColor::grayColor());
+    style->applyToLabel(*label);
     EXPECT_EQ(label->textAlignment(), VLXTextAlignment::Center);
     EXPECT_EQ(label->shadowColor(), VLXColor::grayColor());
     EXPECT_EQ(label->shadowOffset(), (VLXSize{0, -1}));
 
     // Everything set: everything written, the scale factor with shrinking.
-    spec->setBackgroundColor(VLXColor::whiteColor());
-    spec->setFont(VLXFont::systemFontOfSize(10));
-    spec->setTextColor(VLXColor::darkGrayColor());
-    spec->setTextAlignment(VLXTextAlignment::Right);
-    spec->setShadowOffset({0, 2});
-    spec->setAdjustsFontSizeToFitWidth(true);
-    spec->applyToLabel(*label);
+    style->setBackgroundColor(VLXColor::whiteColor());
+    style->setFont(VLXFont::systemFontOfSize(10));
+    style->setTextColor(VLXColor::darkGrayColor());
+    style->setTextAlignment(VLXTextAlignment::Right);
+    style->setShadowOffset({0, 2});
+    style->setAdjustsFontSizeToFitWidth(true);
+    style->applyToLabel(*label);
     EXPECT_EQ(label->font(), VLXFont::systemFontOfSize(10));
     EXPECT_EQ(label->textAlignment(), VLXTextAlignment::Right);
     EXPECT_EQ(label->shadowOffset(), (VLXSize{0, 2}));
@@ -56,32 +56,32 @@ TEST_F(TextStyleSpecTest, OnlySetAttributesReachTheLabel) {
 TEST_F(TextStyleSpecTest, FontSizeResizesTheSpecsFontOrElseTheLabels) {
     auto label = VLXLabel::create();
     label->setFont(VLXFont::boldSystemFontOfSize(20));
-    auto spec = VLXTextStyleSpec::create();
-    spec->applyToLabel(*label, 9);
+    auto style = VLXTextStyleSpec::create();
+    style->applyToLabel(*label, 9);
     EXPECT_EQ(label->font(), VLXFont::boldSystemFontOfSize(9));
 
-    spec->setFont(VLXFont::systemFontOfSize(30));
-    spec->applyToLabel(*label, 14);
+    style->setFont(VLXFont::systemFontOfSize(30));
+    style->applyToLabel(*label, 14);
     EXPECT_EQ(label->font(), VLXFont::systemFontOfSize(14));
     // An unusable size gives the default size, as any font made with one.
-    spec->applyToLabel(*label, std::numeric_limits<double>::quiet_NaN());
+    style->applyToLabel(*label, std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(label->font().pointSize(), VLXFont::defaultPointSize);
 }
 
 TEST_F(TextStyleSpecTest, ArchivesRestoreEveryAttribute) {
-    auto spec = VLXTextStyleSpec::create();
-    spec->setBackgroundColor(VLXColor::colorWithRed(0.1, 0.2, 0.3, 0.4));
-    spec->setFont(VLXFont::boldSystemFontOfSize(11));
-    spec->setTextColor(VLXColor::darkGrayColor());
-    spec->setTextAlignment(VLXTextAlignment::Natural);
-    spec->setShadowOffset({std::numeric_limits<double>::infinity(), -3});
-    spec->setAdjustsFontSizeToFitWidth(true);
-    spec->setMinimumScaleFactor(0.5);
-    const std::string json = spec->archivedJSON();
+    auto style = VLXTextStyleSpec::create();
+    style->setBackgroundColor(VLXColor::colorWithRed(0.1, 0.2, 0.3, 0.4));
+    style->setFont(VLXFont::boldSystemFontOfSize(11));
+    style->setTextColor(VLXColor::darkGrayColor());
+    style->setTextAlignment(VLXTextAlignment::Natural);
+    style->setShadowOffset({std::numeric_limits<double>::infinity(), -3});
+    style->setAdjustsFontSizeToFitWidth(true);
+    style->setMinimumScaleFactor(0.5);
+    const std::string json = style->archivedJSON();
 
     auto restored = VLXTextStyleSpec::create();
     ASSERT_TRUE(restored->restoreFromJSON(json));
-    EXPECT_EQ(restored->backgroundColor(), spec->backgroundColor());
+    EXPECT_EQ(restored->backgroundColor(), style->backgroundColor());
     EXPECT_EQ(restored->font(), VLXFont::boldSystemFontOfSize(11));
     EXPECT_EQ(restored->textColor(), VLXColor::darkGrayColor());
     EXPECT_EQ(restored->textAlignment(), VLXTextAlignment::Natural);

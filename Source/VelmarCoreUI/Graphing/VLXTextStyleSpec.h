@@ -50,8 +50,8 @@ public:
     /// (not left), shadow colour, shadow offset (not {0, 0}); then always
     /// `adjustsFontSizeToFitWidth`, and `minimumScaleFactor` only when that is on.
     void applyToLabel(VLXLabel& label) const;
-    /// `applyToLabel(label)`, then the label's font (the spec's, or the label's own when the
-    /// spec has none) at `fontSize`.
+    /// `applyToLabel(label)`, then the label's font (the style's, or the label's own when the
+    /// style has none) at `fontSize`.
     void applyToLabel(VLXLabel& label, double fontSize) const;
 
 protected:
