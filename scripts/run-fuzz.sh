@@ -77,6 +77,7 @@ for target in "${targets[@]}"; do
     fi
     seeds=fuzz/corpus/$target
     log=$build/$target.log
+    ((ci)) && log=$build/ci-$target.log
     start=$SECONDS
     if ((ci)); then
         count=$(find "$seeds" -type f | wc -l)
