@@ -82,7 +82,15 @@ void VLXScrollView::setContentOffset(VLXPoint offset, bool animated) {
     } else {
         setBounds(b);
     }
-    notifyDidScroll();
+}
+
+void VLXScrollView::setBounds(const VLXRect& bounds) {
+    const VLXPoint old = contentOffset();
+    VLXView::setBounds(bounds);
+    const VLXPoint offset = contentOffset();
+    if (offset.x != old.x || offset.y != old.y) {
+        notifyDidScroll();
+    }
 }
 
 void VLXScrollView::notifyDidScroll() {

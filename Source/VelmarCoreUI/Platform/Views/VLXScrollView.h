@@ -28,8 +28,8 @@ public:
 ///
 /// `contentSize` is stored only: it never clamps the offset, and offsets set by code are taken
 /// as given (overshoot included). The delegate (held weakly) hears `scrollViewDidScroll` after
-/// every change of the offset made through `setContentOffset` (or a drag), and nothing for frame
-/// or content-size changes that keep the offset. Clips its subviews by default.
+/// every change of the offset (`setContentOffset`, `setBounds` with a new origin, a drag), and
+/// nothing for frame or content-size changes that keep the offset. Clips its subviews by default.
 ///
 /// Dragging and pinching arrive with the touch-input classes: until then `panGestureRecognizer()`
 /// and `pinchGestureRecognizer()` answer null and the scroll view moves only when told to.
@@ -50,6 +50,8 @@ public:
     /// the delegate hears of it at once) and `scrollViewDidEndScrollingAnimation` follows when
     /// the move ends. A non-finite coordinate keeps the current one.
     void setContentOffset(VLXPoint offset, bool animated = false);
+    /// A new origin is a new offset: the delegate hears of it.
+    void setBounds(const VLXRect& bounds) override;
 
     /// Extra room around the content; stored only. Non-finite insets are stored as 0.
     VLXEdgeInsets contentInset() const { return m_contentInset; }

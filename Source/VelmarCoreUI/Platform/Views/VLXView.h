@@ -88,7 +88,7 @@ public:
     void setFrame(const VLXRect& frame);
     VLXRect bounds() const;
     /// The origin is the offset of the content (a scroll view's content offset).
-    void setBounds(const VLXRect& bounds);
+    virtual void setBounds(const VLXRect& bounds);
     VLXPoint center() const;
     void setCenter(VLXPoint center);
     VLXAffineTransform transform() const;
