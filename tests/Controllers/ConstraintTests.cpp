@@ -143,44 +143,31 @@ TEST(ViewLayoutHelpers, CenteringPinningAndSizing) {
     auto view = VLXView::create();
     auto other = VLXView::createWithFrame(VLXRectMake(0, 0, 100, 80));
     const VLXView* o = other.get();
-    constexpr auto kTop = VLXLayoutAttributeTop, kLeft = VLXLayoutAttributeLeft,
-                   kBottom = VLXLayoutAttributeBottom, kRight = VLXLayoutAttributeRight;
-    // Pinning goes top, left, bottom, right, each inset added as it is: positive bottom and right
-    // insets reach outside the other view.
-    const struct {
-        VLXLayoutConstraints built;
-        std::vector<VLXLayoutAttribute> attributes;
-        const VLXView* second;
-        std::vector<double> constants;
-    } cases[] = {
-        {vlx_constraintsByCenteringInView(*view, o),
-         {VLXLayoutAttributeCenterX, VLXLayoutAttributeCenterY},
-         o,
-         {0, 0}},
-        {vlx_constraintsByPinningToEdgesOfView(*view, o, VLXEdgeInsetsMake(1, 2, 3, 4)),
-         {kTop, kLeft, kBottom, kRight},
-         o,
-         {1, 2, 3, 4}},
-        {vlx_constraintsByPinningToEdgesOfView(*view, o, -6.5),
-         {kTop, kLeft, kBottom, kRight},
-         o,
-         {-6.5, -6.5, -6.5, -6.5}},
-        {vlx_constraintsByPinningToEdgesOfView(*view, o),
-         {kTop, kLeft, kBottom, kRight},
-         o,
-         {0, 0, 0, 0}},
-        {vlx_constraintsBySettingDimensionsToSize(*view, VLXSizeMake(30, 20)),
-         {VLXLayoutAttributeWidth, VLXLayoutAttributeHeight},
-         nullptr,
-         {30, 20}},
-    };
-    for (const auto& c : cases) {
-        ASSERT_EQ(c.built.size(), c.attributes.size());
-        for (std::size_t i = 0; i < c.built.size(); ++i) {
-            const auto second = c.second ? c.attributes[i] : VLXLayoutAttributeNotAnAttribute;
-            expectConstraint(c.built[i], *view, c.attributes[i], c.second, second, c.constants[i]);
+    // Each built constraint relates the view's attribute to the same one of `second` (or to a
+    // constant when there is none), in this order.
+    const auto check = [&](const VLXLayoutConstraints& built,
+                           const std::vector<VLXLayoutAttribute>& attributes, const VLXView* second,
+                           const std::vector<double>& constants) {
+        ASSERT_EQ(built.size(), attributes.size());
+        for (std::size_t i = 0; i < built.size(); ++i) {
+            expectConstraint(built[i], *view, attributes[i], second,
+                             second ? attributes[i] : VLXLayoutAttributeNotAnAttribute,
+                             constants[i]);
         }
-    }
+    };
+    const std::vector<VLXLayoutAttribute> edges = {VLXLayoutAttributeTop, VLXLayoutAttributeLeft,
+                                                   VLXLayoutAttributeBottom,
+                                                   VLXLayoutAttributeRight};
+    check(vlx_constraintsByCenteringInView(*view, o),
+          {VLXLayoutAttributeCenterX, VLXLayoutAttributeCenterY}, o, {0, 0});
+    // Each inset added as it is: positive bottom and right insets reach outside the other view.
+    check(vlx_constraintsByPinningToEdgesOfView(*view, o, VLXEdgeInsetsMake(1, 2, 3, 4)), edges, o,
+          {1, 2, 3, 4});
+    check(vlx_constraintsByPinningToEdgesOfView(*view, o, -6.5), edges, o,
+          {-6.5, -6.5, -6.5, -6.5});
+    check(vlx_constraintsByPinningToEdgesOfView(*view, o), edges, o, {0, 0, 0, 0});
+    check(vlx_constraintsBySettingDimensionsToSize(*view, VLXSizeMake(30, 20)),
+          {VLXLayoutAttributeWidth, VLXLayoutAttributeHeight}, nullptr, {30, 20});
 
     // The builders touch neither view.
     EXPECT_TRUE(view->translatesAutoresizingMaskIntoConstraints());

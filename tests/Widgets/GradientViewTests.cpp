@@ -66,7 +66,7 @@ TEST_F(GradientViewTest, TopAndBottomColoursNeedEachOther) {
               VLXValue(VLXValue::Array{VLXValue(kRed), VLXValue(kBlue)}));
     EXPECT_TRUE(pixelNear(*image, 10, 0, kOpaqueRed, 8));
     EXPECT_TRUE(pixelNear(*image, 10, 99, kOpaqueBlue, 8));
-    EXPECT_TRUE(pixelNear(*image, 10, 50, Pixel{255, 128, 0, 127}, 8));
+    EXPECT_TRUE(pixelNear(*image, 10, 50, RGBA8{255, 128, 0, 127}, 8));
 
     // Explicit colours win over the pair.
     view->setColors({kGreen});
