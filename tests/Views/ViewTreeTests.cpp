@@ -179,8 +179,6 @@ TEST_F(ViewTree, HooksAndWindowFollowTheTree) {
     screen->setScale(3);
     window->setScreen(screen);
     EXPECT_EQ(parent->layer()->contentsScale(), 3);
-    window->setScreen(nullptr);
-    EXPECT_EQ(window->screen(), VLXScreen::mainScreen());
 
     // Safe-area insets: bad values become zero.
     window->setSafeAreaInsets({std::nan(""), -4, 20, std::numeric_limits<double>::infinity()});
