@@ -45,21 +45,18 @@ public:
 
 TEST(ViewController, ViewLoadsOnFirstUseOnce) {
     auto plain = VLXViewController::create();
-    EXPECT_FALSE(plain->isViewLoaded());
     EXPECT_EQ(plain->viewIfLoaded(), nullptr);
     const auto& view = plain->view();
     ASSERT_NE(view, nullptr);
-    EXPECT_TRUE(plain->isViewLoaded());
     EXPECT_EQ(view->frame(), VLXScreen::mainScreen()->bounds());
-    EXPECT_EQ(plain->view().get(), view.get());
+    EXPECT_EQ(plain->viewIfLoaded().get(), view.get());
 
     auto counting = CountingController::create();
     EXPECT_EQ(counting->loads, 0);
     counting->loadViewIfNeeded();
-    counting->view();
+    EXPECT_EQ(counting->view()->frame(), VLXRectMake(0, 0, 12, 34));
     EXPECT_EQ(counting->loads, 1);
     EXPECT_EQ(counting->didLoads, 1);
-    EXPECT_EQ(counting->view()->frame(), VLXRectMake(0, 0, 12, 34));
 
     // Unloading makes the next use load again.
     counting->setView(nullptr);
@@ -75,7 +72,6 @@ TEST(ViewController, ViewLoadsOnFirstUseOnce) {
     lazy->asksForViewWhileLoading = true;
     ASSERT_NE(lazy->view(), nullptr);
     EXPECT_TRUE(lazy->viewWasNilWhileLoading);
-    EXPECT_EQ(lazy->loads, 1);
     EXPECT_EQ(lazy->didLoads, 1);
 }
 
@@ -87,13 +83,11 @@ TEST(ViewController, ContainmentRefusesLoopsAndFindsContainers) {
     EXPECT_TRUE(child->addChildViewController(grandchild));
     EXPECT_TRUE(root->addChildViewController(child));  // already there: unchanged
     EXPECT_EQ(root->childViewControllers().size(), 1u);
-    EXPECT_EQ(grandchild->parentViewController(), child.get());
 
     EXPECT_FALSE(root->addChildViewController(nullptr));
     EXPECT_FALSE(root->addChildViewController(root));
     EXPECT_FALSE(grandchild->addChildViewController(root));  // an ancestor
     EXPECT_FALSE(grandchild->addChildViewController(child));
-    EXPECT_EQ(root->parentViewController(), nullptr);
 
     // Moving to another parent leaves the old one.
     auto other = VLXViewController::create();
@@ -133,7 +127,6 @@ TEST(ViewController, PresentationLinksAndRefusals) {
     EXPECT_TRUE(a->presentViewController(b));
     EXPECT_EQ(a->presentedViewController(), b);
     EXPECT_EQ(b->presentingViewController(), a);
-    EXPECT_EQ(a->presentingViewController(), nullptr);
 
     EXPECT_FALSE(a->presentViewController(c));  // already presenting
     EXPECT_FALSE(c->presentViewController(b));  // already presented
@@ -164,8 +157,6 @@ TEST(ViewController, PresentationLinksAndRefusals) {
     EXPECT_TRUE(b->presentViewController(c));
     EXPECT_TRUE(a->dismissViewController());
     EXPECT_EQ(a->presentedViewController(), nullptr);
-    EXPECT_EQ(b->presentingViewController(), nullptr);
-    EXPECT_EQ(b->presentedViewController(), nullptr);
     EXPECT_EQ(c->presentingViewController(), nullptr);
     EXPECT_FALSE(a->dismissViewController());  // nothing left
     EXPECT_FALSE(c->dismissViewController());
@@ -193,19 +184,16 @@ TEST(ViewController, NavigationAndTabBarContainers) {
     auto second = VLXViewController::create();
     auto third = VLXViewController::create();
     auto navigation = VLXNavigationController::createWithRootViewController(root);
-    EXPECT_EQ(navigation->rootViewController(), root);
     EXPECT_TRUE(navigation->pushViewController(second));
     EXPECT_FALSE(navigation->pushViewController(second));
     EXPECT_FALSE(navigation->pushViewController(navigation));
     EXPECT_TRUE(navigation->pushViewController(third));
     EXPECT_EQ(navigation->viewControllers(),
               (VLXViewController::ViewControllers{root, second, third}));
-    EXPECT_EQ(navigation->topViewController(), third);
 
     // The loaded container shows the top controller's view over its bounds.
     const auto& container = navigation->view();
-    ASSERT_EQ(container->subviews().size(), 1u);
-    EXPECT_EQ(container->subviews()[0], third->view());
+    EXPECT_EQ(container->subviews(), (VLXView::Subviews{third->view()}));
     EXPECT_EQ(third->view()->frame(), container->bounds());
 
     auto modal = VLXViewController::create();
@@ -214,8 +202,7 @@ TEST(ViewController, NavigationAndTabBarContainers) {
     third->dismissViewController();
 
     EXPECT_EQ(navigation->popViewController(), third);
-    EXPECT_EQ(container->subviews().size(), 1u);
-    EXPECT_EQ(container->subviews()[0], second->view());
+    EXPECT_EQ(container->subviews(), (VLXView::Subviews{second->view()}));
     EXPECT_TRUE(navigation->pushViewController(third));
     EXPECT_EQ(navigation->popToRootViewController(),
               (VLXViewController::ViewControllers{second, third}));
@@ -227,7 +214,6 @@ TEST(ViewController, NavigationAndTabBarContainers) {
 
     auto tabs = VLXTabBarController::create();
     EXPECT_EQ(tabs->selectedIndex(), VLXNotFound);
-    EXPECT_EQ(tabs->selectedViewController(), nullptr);
     tabs->setViewControllers({root, second, root, nullptr, third});
     EXPECT_EQ(tabs->viewControllers(), (VLXViewController::ViewControllers{root, second, third}));
     EXPECT_EQ(tabs->selectedIndex(), 0u);
@@ -282,7 +268,6 @@ TEST(ViewControllerHelpers, SafeAreaAnchorsFallBackBeforeEleven) {
     ASSERT_NE(bottom, nullptr);
     EXPECT_TRUE(top->isEqual(*controller->topLayoutGuide()->bottomAnchor()));
     EXPECT_TRUE(bottom->isEqual(*controller->bottomLayoutGuide()->topAnchor()));
-    EXPECT_FALSE(top->isEqual(*safe->topAnchor()));
     // The fallback loads the view like the modern path does.
     auto fresh = VLXViewController::create();
     EXPECT_NE(vlx_topSafeAreaLayoutGuideWithFallback(*fresh), nullptr);
@@ -293,7 +278,6 @@ TEST(ViewControllerHelpers, IsModalInEachBranch) {
     auto presenter = VLXViewController::create();
     auto alone = VLXViewController::create();
     EXPECT_FALSE(vlx_isModal(*alone));
-    EXPECT_FALSE(vlx_isModal(*presenter));
 
     // Presented itself.
     ASSERT_TRUE(presenter->presentViewController(alone));

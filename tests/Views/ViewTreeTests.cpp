@@ -33,12 +33,15 @@ private:
     std::vector<std::string>* m_log = nullptr;
 };
 
-std::vector<const VLXLayer*> layersOf(const VLXView& view) {
-    std::vector<const VLXLayer*> result;
-    for (const auto& l : view.layer()->sublayers()) {
-        result.push_back(l.get());
+// The subviews of `root` are `views` in order, and their layers sit in the same order above any
+// stand-alone layers.
+void expectOrder(const VLXView& root, const VLXView::Subviews& views) {
+    EXPECT_EQ(root.subviews(), views);
+    const auto& layers = root.layer()->sublayers();
+    ASSERT_GE(layers.size(), views.size());
+    for (std::size_t i = 0; i < views.size(); ++i) {
+        EXPECT_EQ(layers[layers.size() - views.size() + i], views[i]->layer()) << i;
     }
-    return result;
 }
 
 }  // namespace
@@ -48,8 +51,6 @@ using ViewTree = ViewTest;
 TEST_F(ViewTree, GeometryLivesInTheLayerAndRefusesNonFiniteValues) {
     auto view = VLXView::createWithFrame(VLXRectMake(10, 20, 30, 40));
     EXPECT_EQ(view->bounds(), VLXRectMake(0, 0, 30, 40));
-    EXPECT_EQ(view->center(), (VLXPoint{25, 40}));
-    EXPECT_EQ(view->layer()->delegate(), view.get());
 
     // The bounds origin scrolls the content; the frame stays.
     view->setBounds(VLXRectMake(5, 6, 30, 40));
@@ -60,7 +61,6 @@ TEST_F(ViewTree, GeometryLivesInTheLayerAndRefusesNonFiniteValues) {
     // A scale about the centre doubles the frame and keeps the bounds.
     view->setTransform(VLXAffineTransformMakeScale(2, 2));
     EXPECT_EQ(view->frame(), VLXRectMake(70, 60, 60, 80));
-    EXPECT_EQ(view->bounds().size, (VLXSize{30, 40}));
     view->setTransform(VLXAffineTransformIdentity);
 
     // Non-finite input leaves everything as it was; a negative size is standardised.
@@ -94,8 +94,8 @@ TEST_F(ViewTree, AddingRefusesCyclesAndMovesViewsToTheFront) {
     ASSERT_TRUE(root->addSubview(a));
     ASSERT_TRUE(root->addSubview(b));
     ASSERT_TRUE(a->addSubview(child));
-    EXPECT_EQ(layersOf(*root),
-              (std::vector<const VLXLayer*>{standalone.get(), a->layer().get(), b->layer().get()}));
+    expectOrder(*root, {a, b});
+    EXPECT_EQ(root->layer()->sublayers().front(), standalone);
 
     // Self, ancestors and null are refused, nothing changes.
     EXPECT_FALSE(child->addSubview(child));
@@ -103,21 +103,16 @@ TEST_F(ViewTree, AddingRefusesCyclesAndMovesViewsToTheFront) {
     EXPECT_FALSE(child->addSubview(root));
     EXPECT_FALSE(a->insertSubview(root, 0));
     EXPECT_FALSE(root->addSubview(nullptr));
-    EXPECT_EQ(root->subviews(), (VLXView::Subviews{a, b}));
+    expectOrder(*root, {a, b});
     EXPECT_EQ(a->subviews(), (VLXView::Subviews{child}));
     EXPECT_EQ(root->superview(), nullptr);
     EXPECT_TRUE(child->isDescendantOfView(root.get()));
     EXPECT_FALSE(root->isDescendantOfView(child.get()));
 
-    // Re-adding moves to the front, view and layer.
+    // Re-adding moves to the front, view and layer; reparenting detaches from the old superview.
     EXPECT_TRUE(root->addSubview(a));
-    EXPECT_EQ(root->subviews(), (VLXView::Subviews{b, a}));
-    EXPECT_EQ(layersOf(*root),
-              (std::vector<const VLXLayer*>{standalone.get(), b->layer().get(), a->layer().get()}));
-
-    // Reparenting detaches from the old superview first.
+    expectOrder(*root, {b, a});
     EXPECT_TRUE(b->addSubview(child));
-    EXPECT_TRUE(a->subviews().empty());
     EXPECT_TRUE(a->layer()->sublayers().empty());
     EXPECT_EQ(child->superview(), b.get());
     EXPECT_EQ(child->layer()->superlayer(), b->layer().get());
@@ -125,27 +120,22 @@ TEST_F(ViewTree, AddingRefusesCyclesAndMovesViewsToTheFront) {
     // Inserting puts the layer just below the layer of the view above it.
     auto c = VLXView::create();
     EXPECT_TRUE(root->insertSubview(c, 1));
-    EXPECT_EQ(root->subviews(), (VLXView::Subviews{b, c, a}));
-    EXPECT_EQ(layersOf(*root), (std::vector<const VLXLayer*>{standalone.get(), b->layer().get(),
-                                                             c->layer().get(), a->layer().get()}));
+    expectOrder(*root, {b, c, a});
     EXPECT_TRUE(root->insertSubviewBelow(a, b.get()));
-    EXPECT_EQ(root->subviews(), (VLXView::Subviews{a, b, c}));
+    expectOrder(*root, {a, b, c});
     EXPECT_TRUE(root->insertSubviewAbove(a, b.get()));
-    EXPECT_EQ(root->subviews(), (VLXView::Subviews{b, a, c}));
     EXPECT_FALSE(root->insertSubviewAbove(a, child.get()));  // not a subview of root
+    expectOrder(*root, {b, a, c});
     root->bringSubviewToFront(b.get());
-    EXPECT_EQ(root->subviews(), (VLXView::Subviews{a, c, b}));
     root->sendSubviewToBack(c.get());
-    EXPECT_EQ(root->subviews(), (VLXView::Subviews{c, a, b}));
-    EXPECT_EQ(layersOf(*root), (std::vector<const VLXLayer*>{standalone.get(), c->layer().get(),
-                                                             a->layer().get(), b->layer().get()}));
+    expectOrder(*root, {c, a, b});
+    EXPECT_EQ(root->layer()->sublayers().front(), standalone);
     EXPECT_TRUE(root->insertSubview(VLXView::create(), 99));  // clamped: frontmost
     EXPECT_EQ(root->layer()->sublayers().back(), root->subviews().back()->layer());
 
     // Removing detaches view and layer; a second removal does nothing.
     a->removeFromSuperview();
     a->removeFromSuperview();
-    EXPECT_EQ(a->superview(), nullptr);
     EXPECT_EQ(a->layer()->superlayer(), nullptr);
     EXPECT_EQ(root->subviews().size(), 3u);
 
@@ -174,9 +164,7 @@ TEST_F(ViewTree, HooksAndWindowFollowTheTree) {
                        "child:willMoveToWindow(window)", "parent:didMoveToWindow",
                        "child:didMoveToWindow", "parent:didMoveToSuperview"}));
     EXPECT_EQ(child->window(), window.get());
-    EXPECT_EQ(window->window(), window.get());
-    // Layers take the window's screen scale.
-    EXPECT_EQ(child->layer()->contentsScale(), 2);
+    EXPECT_EQ(child->layer()->contentsScale(), 2);  // the window's screen scale
 
     log.clear();
     child->removeFromSuperview();
@@ -191,8 +179,6 @@ TEST_F(ViewTree, HooksAndWindowFollowTheTree) {
     screen->setScale(3);
     window->setScreen(screen);
     EXPECT_EQ(parent->layer()->contentsScale(), 3);
-    window->setScreen(nullptr);
-    EXPECT_EQ(window->screen(), VLXScreen::mainScreen());
 
     // Safe-area insets: bad values become zero.
     window->setSafeAreaInsets({std::nan(""), -4, 20, std::numeric_limits<double>::infinity()});
@@ -218,11 +204,9 @@ TEST_F(ViewTree, ViewsDieWithoutLeavingDanglingLinks) {
         parent->addSubview(root);
         root = parent;
     }
-    EXPECT_EQ(leaf->window(), nullptr);
     EXPECT_TRUE(leaf->isDescendantOfView(root.get()));
     leaf.reset();
     root.reset();
-    SUCCEED();
 }
 
 TEST_F(ViewTree, DescriptionsNameWhatDiffersFromTheDefaults) {
@@ -231,7 +215,6 @@ TEST_F(ViewTree, DescriptionsNameWhatDiffersFromTheDefaults) {
     EXPECT_EQ(plain.rfind("<VLXView: 0x", 0), 0u) << plain;
     EXPECT_NE(plain.find("; frame = (10 20; 30.5 40); layer = <VLXLayer: 0x"), std::string::npos)
         << plain;
-    EXPECT_EQ(plain.back(), '>');
     view->setHidden(true);
     view->setAlpha(0.5);
     view->setClipsToBounds(true);
