@@ -126,10 +126,14 @@ TEST(ScrollView, DelegateHearsOffsetChangesOnly) {
     scrollView->setContentSize({5, 5});
     EXPECT_EQ(delegate->scrolls, 1);
     EXPECT_EQ(scrollView->contentOffset().x, -30);
+    // A new bounds origin set directly is a new offset too.
+    scrollView->setBounds({{-30, 0}, {200, 200}});
+    EXPECT_EQ(delegate->scrolls, 2);
+    EXPECT_EQ(delegate->lastOffset.y, 0);
 
     // A non-finite coordinate keeps the current one.
     scrollView->setContentOffset({NAN, 10});
-    EXPECT_EQ(delegate->scrolls, 2);
+    EXPECT_EQ(delegate->scrolls, 3);
     EXPECT_EQ(scrollView->contentOffset(), (VLXPoint{-30, 10}));
     scrollView->setContentSize({NAN, -5});
     EXPECT_EQ(scrollView->contentSize(), (VLXSize{0, 0}));
