@@ -1,12 +1,8 @@
 #include <VelmarCoreUI/Animation/VLXKeyframeAnimationBuilders.h>
 #include <VelmarCoreUI/Animation/VLXLayerAnimationHelpers.h>
 #include <VelmarCoreUI/Animation/VLXSpringAnimation.h>
-#include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
-#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
-#include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimationGroup.h>
 #include <VelmarCoreUI/Platform/Layers/VLXBasicAnimation.h>
-#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
 #include <gtest/gtest.h>
@@ -14,29 +10,9 @@
 #include <string>
 #include <vector>
 
-namespace {
+#include "AnimationTestSupport.h"
 
-// Manual time from `start`, with a turn first so nothing of an earlier test is pending.
-class Clock {
-public:
-    explicit Clock(double start = 500) {
-        VLXClock::setManual(start);
-        VLXRunLoop::main().runOnce();
-    }
-    ~Clock() {
-        VLXRunLoop::main().runOnce();
-        VLXClock::setReal();
-    }
-    Clock(const Clock&) = delete;
-    Clock& operator=(const Clock&) = delete;
-    void turn() { VLXRunLoop::main().runOnce(); }
-    void step(double dt) {
-        VLXClock::advance(dt);
-        VLXRunLoop::main().runOnce();
-    }
-    // Moves the clock without running the loop: presentation reads the clock directly.
-    void at(double t) { VLXClock::setManual(t); }
-};
+namespace {
 
 struct Log : VLXAnimationDelegate {
     std::vector<std::string> events;
@@ -48,19 +24,6 @@ struct Log : VLXAnimationDelegate {
     }
 };
 
-// A committed stand-alone layer with the given opacity and position, set without actions.
-std::shared_ptr<VLXLayer> committedLayer(Clock& clock, double opacity = 1,
-                                         VLXPoint position = {0, 0}) {
-    auto layer = VLXLayer::create();
-    vlx_transactionByDisablingActions([&] {
-        layer->setBounds({{0, 0}, {10, 10}});
-        layer->setOpacity(opacity);
-        layer->setPosition(position);
-    });
-    clock.turn();
-    return layer;
-}
-
 double presentedOpacity(const VLXLayer& layer) {
     return layer.presentationLayer()->opacity();
 }
@@ -68,8 +31,8 @@ double presentedOpacity(const VLXLayer& layer) {
 }  // namespace
 
 TEST(AnimationPresentation, BasicValuesAtChosenTimes) {
-    Clock clock;
-    auto layer = committedLayer(clock, 1);
+    ManualTime clock;
+    auto layer = committedLayer(1, {0, 0});
     auto log = std::make_shared<Log>();
     auto fade = VLXBasicAnimation::animationWithKeyPath("opacity");
     fade->setFromValue(VLXValue(1.0));
@@ -104,8 +67,8 @@ TEST(AnimationPresentation, BasicValuesAtChosenTimes) {
 }
 
 TEST(AnimationPresentation, MissingEndsStartOnScreenAndEndAtTheModel) {
-    Clock clock;
-    auto layer = committedLayer(clock, 0.2);
+    ManualTime clock;
+    auto layer = committedLayer(0.2, {0, 0});
     // To only: starts from what was on screen when added, although the model moves at once.
     auto toOnly = VLXBasicAnimation::animationWithKeyPath("opacity");
     toOnly->setToValue(VLXValue(1.0));
@@ -143,8 +106,8 @@ TEST(AnimationPresentation, MissingEndsStartOnScreenAndEndAtTheModel) {
 }
 
 TEST(AnimationPresentation, GroupsFillModesAndSprings) {
-    Clock clock;
-    auto layer = committedLayer(clock, 1, {10, 10});
+    ManualTime clock;
+    auto layer = committedLayer(1, {10, 10});
     auto log = std::make_shared<Log>();
     // The tooltip's pair: members without a duration last the group's 0.4 s, eased out.
     auto opacity = VLXBasicAnimation::animationWithKeyPath("opacity");
@@ -179,21 +142,6 @@ TEST(AnimationPresentation, GroupsFillModesAndSprings) {
     EXPECT_EQ(log->events, (std::vector<std::string>{"start present", "stop present 1"}));
     EXPECT_EQ(presentedOpacity(*layer), 1);
 
-    // Forwards fill without removal holds the end value.
-    auto hold = VLXBasicAnimation::animationWithKeyPath("opacity");
-    hold->setFromValue(VLXValue(0.0));
-    hold->setToValue(VLXValue(0.5));
-    hold->setDuration(0.1);
-    hold->setFillMode(VLXFillMode::Forwards);
-    hold->setRemovedOnCompletion(false);
-    layer->addAnimation(hold, "hold");
-    clock.turn();
-    clock.step(5);
-    EXPECT_TRUE(layer->hasAnimations());
-    EXPECT_EQ(presentedOpacity(*layer), 0.5);
-    layer->removeAnimationForKey("hold");
-    EXPECT_EQ(presentedOpacity(*layer), 1);
-
     // A spring: the presentation follows its frames, one per millisecond.
     auto spring = VLXSpringAnimation::animationWithKeyPath("position");
     spring->setFromValue(VLXValue::valueWithPoint({10, 10}));
@@ -219,8 +167,8 @@ TEST(AnimationPresentation, GroupsFillModesAndSprings) {
 }
 
 TEST(AnimationPresentation, TransactionHelpers) {
-    Clock clock;
-    auto layer = committedLayer(clock, 1);
+    ManualTime clock;
+    auto layer = committedLayer(1, {0, 0});
     // Disabling actions: a stand-alone layer changes without its implicit animation.
     vlx_transactionByDisablingActions([&] { layer->setOpacity(0.5); });
     EXPECT_FALSE(layer->hasAnimations());

@@ -1,0 +1,51 @@
+#pragma once
+
+// Shared helpers of the animation tests: manual time and layers committed without actions.
+#include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
+#include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
+#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
+
+#include <memory>
+#include <string>
+
+/// Manual time from `start`, with a turn first so nothing of an earlier test is pending.
+class ManualTime {
+public:
+    explicit ManualTime(double start = 500) {
+        VLXClock::setManual(start);
+        turn();
+    }
+    ~ManualTime() {
+        turn();
+        VLXClock::setReal();
+    }
+    ManualTime(const ManualTime&) = delete;
+    ManualTime& operator=(const ManualTime&) = delete;
+    void turn() { VLXRunLoop::main().runOnce(); }
+    void step(double dt) {
+        VLXClock::advance(dt);
+        turn();
+    }
+    /// Moves the clock without running the loop: presentation reads the clock directly.
+    void at(double t) { VLXClock::setManual(t); }
+};
+
+/// A committed stand-alone 10 × 10 layer, set up without actions.
+inline std::shared_ptr<VLXLayer> committedLayer(double opacity = 1, VLXPoint position = {5, 5}) {
+    auto layer = VLXLayer::create();
+    vlx_transactionByDisablingActions([&] {
+        layer->setBounds({{0, 0}, {10, 10}});
+        layer->setOpacity(opacity);
+        layer->setPosition(position);
+    });
+    VLXRunLoop::main().runOnce();
+    return layer;
+}
+
+/// Adds without implicit animations and commits at the current clock reading.
+inline void addCommitted(VLXLayer& layer, const std::shared_ptr<VLXAnimation>& a, const char* key) {
+    vlx_transactionByDisablingActions([&] { layer.addAnimation(a, std::string(key)); });
+    VLXRunLoop::main().runOnce();
+}
