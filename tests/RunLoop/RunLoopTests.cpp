@@ -52,8 +52,6 @@ TEST_F(RunLoopTest, RepeatingTimerKeepsItsScheduleAndSkipsMissedDates) {
     std::vector<double> at;
     auto repeating = timer(1, true, [&](VLXTimer&) { at.push_back(VLXClock::now()); });
     EXPECT_EQ(repeating->fireDate(), 101);
-    EXPECT_EQ(repeating->timeInterval(), 1);
-    EXPECT_TRUE(repeating->repeats());
 
     // Late by 2.5 intervals: fires once, then the next date keeps the original phase.
     VLXClock::setManual(103.5);
@@ -174,8 +172,7 @@ TEST_F(RunLoopTest, PostedBlocksFromOtherThreadsRunOnTheLoopInOrder) {
     loop().runOnce();
     EXPECT_EQ(order.back(), "posted during turn");
 
-    // An empty block is harmless.
-    loop().post({});
+    loop().post({});  // an empty block is harmless
     loop().runOnce();
 }
 
