@@ -215,6 +215,7 @@ TEST_F(LayerKeyValue, OddInputGivesDefinedResults) {
     root->addSublayer(layer);
     layer->setBounds({{NAN, INFINITY}, {NAN, -INFINITY}});
     layer->setPosition({INFINITY, NAN});
+    layer->setFrame({{NAN, 0}, {10, INFINITY}});
     layer->setOpacity(NAN);
     layer->setOpacity(NAN);  // NaN equals NaN: no second change
     layer->setCornerRadius(-INFINITY);
