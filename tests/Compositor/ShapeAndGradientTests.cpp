@@ -57,10 +57,8 @@ TEST(ShapeLayer, FillThenStrokeDashesAndTrim) {
     });
     root->addSublayer(shape);
     auto image = renderOnce(*root, 100, 60);
-    EXPECT_TRUE(near(pixelAt(*image, 40, 25), kRed));
-    EXPECT_TRUE(near(pixelAt(*image, 40, 11), kBlue));  // the stroke over the fill
-    EXPECT_TRUE(near(pixelAt(*image, 40, 9), kBlue));   // and outside it
-    EXPECT_TRUE(near(pixelAt(*image, 40, 5), kClear));
+    // The stroke lies over the fill (40, 11) and reaches outside it (40, 9).
+    expectPixels(*image, {{40, 25, kRed}, {40, 11, kBlue}, {40, 9, kBlue}, {40, 5, kClear}});
 
     // Dashes of 10 on, 10 off along the top edge, which starts at (10, 10) going right.
     withoutActions([&] {
@@ -68,10 +66,8 @@ TEST(ShapeLayer, FillThenStrokeDashesAndTrim) {
         shape->setLineDashPattern({10, 10});
     });
     image = renderOnce(*root, 100, 60);
-    EXPECT_TRUE(near(pixelAt(*image, 15, 10), kBlue));
-    EXPECT_TRUE(near(pixelAt(*image, 25, 10), kClear));
-    EXPECT_TRUE(near(pixelAt(*image, 35, 10), kBlue));
-    EXPECT_TRUE(near(pixelAt(*image, 40, 25), kClear));  // no fill
+    // No fill at (40, 25) any more.
+    expectPixels(*image, {{15, 10, kBlue}, {25, 10, kClear}, {35, 10, kBlue}, {40, 25, kClear}});
 
     // strokeEnd 0.25 of the 180-point outline: the first 45 points of the top edge; start 0.5
     // begins after the top and right edges (90 points), at the bottom-right corner.
@@ -80,19 +76,16 @@ TEST(ShapeLayer, FillThenStrokeDashesAndTrim) {
         shape->setStrokeEnd(0.25);
     });
     image = renderOnce(*root, 100, 60);
-    EXPECT_TRUE(near(pixelAt(*image, 25, 10), kBlue));
-    EXPECT_TRUE(near(pixelAt(*image, 53, 10), kBlue));
-    EXPECT_TRUE(near(pixelAt(*image, 58, 10), kClear));
-    EXPECT_TRUE(near(pixelAt(*image, 70, 35), kClear));  // right edge not reached
+    // The right edge (70, 35) is not reached.
+    expectPixels(*image, {{25, 10, kBlue}, {53, 10, kBlue}, {58, 10, kClear}, {70, 35, kClear}});
     withoutActions([&] {
         shape->setStrokeStart(0.5);
         shape->setStrokeEnd(1);
     });
     image = renderOnce(*root, 100, 60);
-    EXPECT_TRUE(near(pixelAt(*image, 25, 10), kClear));
-    EXPECT_TRUE(near(pixelAt(*image, 70, 35), kClear));  // before the halfway point
-    EXPECT_TRUE(near(pixelAt(*image, 30, 40), kBlue));   // bottom edge, after halfway
-    EXPECT_TRUE(near(pixelAt(*image, 10, 25), kBlue));   // left edge, closing the outline
+    // Not before the halfway point (70, 35); on the bottom edge (30, 40) after it and on the left
+    // edge (10, 25) closing the outline.
+    expectPixels(*image, {{25, 10, kClear}, {70, 35, kClear}, {30, 40, kBlue}, {10, 25, kBlue}});
     withoutActions([&] { shape->setStrokeStart(1); });
     image = renderOnce(*root, 100, 60);
     EXPECT_TRUE(near(pixelAt(*image, 10, 25), kClear));
@@ -106,8 +99,7 @@ TEST(GradientLayer, StopsDirectionAndExtension) {
     });
     auto image = renderOnce(*gradient, 10, 100);
     // By default top to bottom: red to blue, evenly.
-    EXPECT_TRUE(near(pixelAt(*image, 5, 0), kRed, 4));
-    EXPECT_TRUE(near(pixelAt(*image, 5, 99), kBlue, 4));
+    expectPixels(*image, {{5, 0, kRed, 4}, {5, 99, kBlue, 4}});
     EXPECT_NEAR(pixelAt(*image, 5, 50).r, 127, 4);
     EXPECT_NEAR(pixelAt(*image, 5, 50).b, 127, 4);
 
@@ -116,8 +108,7 @@ TEST(GradientLayer, StopsDirectionAndExtension) {
         gradient->setLocations(VLXValue(VLXValue::Array{VLXValue(0.25), VLXValue(0.5)}));
     });
     image = renderOnce(*gradient, 10, 100);
-    EXPECT_TRUE(near(pixelAt(*image, 5, 10), kRed, 2));
-    EXPECT_TRUE(near(pixelAt(*image, 5, 80), kBlue, 2));
+    expectPixels(*image, {{5, 10, kRed, 2}, {5, 80, kBlue, 2}});
     EXPECT_NEAR(pixelAt(*image, 5, 37).r, 127, 10);
     withoutActions([&] {
         gradient->setLocations(VLXValue(VLXValue::Array{VLXValue(0), VLXValue(1)}));
