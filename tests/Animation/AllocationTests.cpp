@@ -66,7 +66,7 @@ TEST(KeyframeEvaluation, NoAllocationPerFrame) {
 // The layers' animation tick and the reading of presentation values after it: once the registry
 // and the presentation copies exist, a frame allocates nothing.
 TEST(KeyframeEvaluation, TickAndPresentationReadsAllocateNothing) {
-    ManualTime time(900);
+    ManualClock time(900);
     std::vector<std::shared_ptr<VLXLayer>> layers;
     vlx_transactionByDisablingActions([&] {
         for (int i = 0; i < 40; ++i) {

@@ -1,6 +1,7 @@
 #pragma once
 
-// Shared helpers of the animation tests: manual time and layers committed without actions.
+// Shared helpers of the animation tests: the layer tests' manual clock and layers committed
+// without actions.
 #include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
@@ -10,27 +11,7 @@
 #include <memory>
 #include <string>
 
-/// Manual time from `start`, with a turn first so nothing of an earlier test is pending.
-class ManualTime {
-public:
-    explicit ManualTime(double start = 500) {
-        VLXClock::setManual(start);
-        turn();
-    }
-    ~ManualTime() {
-        turn();
-        VLXClock::setReal();
-    }
-    ManualTime(const ManualTime&) = delete;
-    ManualTime& operator=(const ManualTime&) = delete;
-    void turn() { VLXRunLoop::main().runOnce(); }
-    void step(double dt) {
-        VLXClock::advance(dt);
-        turn();
-    }
-    /// Moves the clock without running the loop: presentation reads the clock directly.
-    void at(double t) { VLXClock::setManual(t); }
-};
+#include "Layers/LayerTestSupport.h"
 
 /// A committed stand-alone 10 × 10 layer, set up without actions.
 inline std::shared_ptr<VLXLayer> committedLayer(double opacity = 1, VLXPoint position = {5, 5}) {

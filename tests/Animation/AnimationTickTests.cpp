@@ -23,7 +23,7 @@ std::shared_ptr<VLXKeyframeAnimation> ramp(const std::string& keyPath, double fr
 }  // namespace
 
 TEST(AnimationTick, PresentationShowsTickedValuesInTheOrderAdded) {
-    ManualTime clock;
+    ManualClock clock;
     auto layer = committedLayer();
     // A number keyframe animation (evaluated by the tick), then a group over the same key
     // (applied to the copy): the later one wins while it applies.
@@ -67,7 +67,7 @@ TEST(AnimationTick, PresentationShowsTickedValuesInTheOrderAdded) {
 }
 
 TEST(AnimationTick, ChangesAfterATickShowAtTheSameTime) {
-    ManualTime clock;
+    ManualClock clock;
     auto layer = committedLayer();
     addCommitted(*layer, ramp("opacity", 0, 1), "ramp");
     VLXClock::advance(0.5);
@@ -113,7 +113,7 @@ TEST(AnimationTick, ChangesAfterATickShowAtTheSameTime) {
 }
 
 TEST(AnimationTick, CopiesAreReusedOnlyWhenNobodyHoldsThem) {
-    ManualTime clock;
+    ManualClock clock;
     auto layer = committedLayer();
     addCommitted(*layer, ramp("opacity", 0, 1), "ramp");
     VLXClock::advance(0.25);
@@ -145,7 +145,7 @@ TEST(AnimationTick, CopiesAreReusedOnlyWhenNobodyHoldsThem) {
 }
 
 TEST(AnimationTick, ValuesThatStopApplyingGiveBackTheModel) {
-    ManualTime clock;
+    ManualClock clock;
     auto layer = committedLayer();
     auto kept = ramp("opacity", 0, 1);
     kept->setRemovedOnCompletion(false);  // stays attached, applies only while active
@@ -171,7 +171,7 @@ TEST(AnimationTick, ValuesThatStopApplyingGiveBackTheModel) {
 }
 
 TEST(AnimationTick, RectsPointsAndMismatchedKinds) {
-    ManualTime clock;
+    ManualClock clock;
     // A frame animation moves the position and resizes the bounds; the model stays.
     auto framed = committedLayer();  // frame {{0, 0}, {10, 10}}
     auto frame = VLXKeyframeAnimation::animationWithKeyPath("frame");

@@ -14,16 +14,6 @@
 
 namespace {
 
-struct Log : VLXAnimationDelegate {
-    std::vector<std::string> events;
-    void animationDidStart(VLXAnimation& a) override {
-        events.push_back("start " + a.valueForKey("name").stringValue());
-    }
-    void animationDidStop(VLXAnimation& a, bool finished) override {
-        events.push_back("stop " + a.valueForKey("name").stringValue() + (finished ? " 1" : " 0"));
-    }
-};
-
 double presentedOpacity(const VLXLayer& layer) {
     return layer.presentationLayer()->opacity();
 }
@@ -31,7 +21,7 @@ double presentedOpacity(const VLXLayer& layer) {
 }  // namespace
 
 TEST(AnimationPresentation, AddedAnimationsSetTheModelAndShowOnTheClock) {
-    ManualTime clock;
+    ManualClock clock(500);
     auto layer = committedLayer(1, {0, 0});
     auto fade = VLXBasicAnimation::animationWithKeyPath("opacity");
     fade->setFromValue(VLXValue(1.0));
@@ -92,9 +82,9 @@ TEST(AnimationPresentation, AddedAnimationsSetTheModelAndShowOnTheClock) {
 }
 
 TEST(AnimationPresentation, GroupsFillModesAndSprings) {
-    ManualTime clock;
+    ManualClock clock;
     auto layer = committedLayer(1, {10, 10});
-    auto log = std::make_shared<Log>();
+    std::vector<std::string> log;
     // The tooltip's pair: members without a duration last the group's 0.4 s, eased out.
     auto opacity = VLXBasicAnimation::animationWithKeyPath("opacity");
     opacity->setFromValue(VLXValue(0.0));
@@ -111,21 +101,21 @@ TEST(AnimationPresentation, GroupsFillModesAndSprings) {
     group->setDuration(0.4);
     group->setFillMode(VLXFillMode::Backwards);
     group->setBeginTime(VLXClock::now() + 1);  // a delayed start
-    group->setDelegate(log);
+    group->setDelegate(std::make_shared<RecordingAnimationDelegate>(&log));
     group->setValue(VLXValue("present"), "name");
     layer->addAnimation(group, "present");
     clock.turn();
-    EXPECT_TRUE(log->events.empty()) << "not started before its begin time";
+    EXPECT_TRUE(log.empty()) << "not started before its begin time";
     auto shown = layer->presentationLayer();
     EXPECT_EQ(shown->opacity(), 0) << "filling backwards";
     EXPECT_EQ(shown->transform().m42, -20);
     clock.step(1.2);
-    EXPECT_EQ(log->events, std::vector<std::string>{"start present"});
+    EXPECT_EQ(log, std::vector<std::string>{"start:present"});
     shown = layer->presentationLayer();
     EXPECT_NEAR(shown->opacity(), easeOut->y(0.5), 1e-12);
     EXPECT_NEAR(shown->transform().m42, -20 + 20 * easeOut->y(0.5), 1e-9);
     clock.step(0.25);
-    EXPECT_EQ(log->events, (std::vector<std::string>{"start present", "stop present 1"}));
+    EXPECT_EQ(log, (std::vector<std::string>{"start:present", "stop:present:1"}));
     EXPECT_EQ(presentedOpacity(*layer), 1);
 
     // A spring: the presentation follows its frames, one per millisecond.
@@ -153,7 +143,7 @@ TEST(AnimationPresentation, GroupsFillModesAndSprings) {
 }
 
 TEST(AnimationPresentation, TransactionHelpers) {
-    ManualTime clock;
+    ManualClock clock;
     auto layer = committedLayer(1, {0, 0});
     // The completion waits for the animations added in the transaction.
     int completions = 0;

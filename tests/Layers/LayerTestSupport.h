@@ -35,6 +35,8 @@ public:
     }
     /// One turn without moving the clock (commits the implicit transaction).
     void turn() { VLXRunLoop::main().runOnce(); }
+    /// Moves the clock without running the loop: presentation reads the clock directly.
+    void at(double t) { VLXClock::setManual(t); }
 };
 
 /// A test inside one explicit transaction with actions disabled, so property changes apply at once
