@@ -5,13 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <random>
 
-namespace {
+#include "AnimationTestSupport.h"
 
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
+namespace {
 
 struct SilentDelegate : VLXAnimationDelegate {};
 

@@ -8,10 +8,14 @@
 #include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 
+#include <limits>
 #include <memory>
 #include <string>
 
 #include "Layers/LayerTestSupport.h"
+
+inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double kInf = std::numeric_limits<double>::infinity();
 
 /// A committed stand-alone 10 × 10 layer, set up without actions.
 inline std::shared_ptr<VLXLayer> committedLayer(double opacity = 1, VLXPoint position = {5, 5}) {

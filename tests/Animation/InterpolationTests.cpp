@@ -3,14 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-namespace {
-
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
-
-}  // namespace
+#include "AnimationTestSupport.h"
 
 TEST(VLXInterpolation, EveryKindEntryByEntry) {
     VLXValue n = VLXInterpolateValues(VLXValue(10), VLXValue(20.0f), 0.25);

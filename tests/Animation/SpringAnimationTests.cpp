@@ -4,12 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
+
+#include "AnimationTestSupport.h"
 
 namespace {
-
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
 
 std::shared_ptr<VLXSpringAnimation> numberSpring(double from, double to) {
     auto spring = VLXSpringAnimation::animationWithKeyPath("position.x");

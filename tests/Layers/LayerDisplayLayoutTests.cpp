@@ -48,13 +48,6 @@ public:
     }
 };
 
-std::shared_ptr<VLXLayer> named(const char* name, VLXLayerDelegate* delegate) {
-    auto layer = VLXLayer::create();
-    layer->setName(std::string(name));
-    layer->setDelegate(delegate);
-    return layer;
-}
-
 // Horizontal extent of the painted pixels of row `y`, as [first, last], or {-1, -1}.
 std::pair<int, int> paintedSpan(const VLXImage& image, int y) {
     int first = -1, last = -1;

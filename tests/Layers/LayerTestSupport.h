@@ -39,6 +39,14 @@ public:
     void at(double t) { VLXClock::setManual(t); }
 };
 
+/// A new layer called `name`, with an optional delegate.
+inline std::shared_ptr<VLXLayer> named(const char* name, VLXLayerDelegate* delegate = nullptr) {
+    auto layer = VLXLayer::create();
+    layer->setName(std::string(name));
+    layer->setDelegate(delegate);
+    return layer;
+}
+
 /// A test inside one explicit transaction with actions disabled, so property changes apply at once
 /// and start no implicit animations.
 class ActionsDisabledTest : public ::testing::Test {

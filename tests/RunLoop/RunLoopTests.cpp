@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <string>
 #include <thread>
@@ -12,8 +11,6 @@
 namespace {
 
 using Phase = VLXRunLoopPhase;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 }  // namespace
 

@@ -3,7 +3,6 @@
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -68,9 +67,9 @@ TEST_F(TransactionTest, NestedTransactionsInheritUnsetSettings) {
     EXPECT_EQ(VLXTransaction::animationTimingFunction(), fakeFunction(outerOwner));
 
     // Bad durations are ignored.
-    VLXTransaction::setAnimationDuration(std::numeric_limits<double>::quiet_NaN());
+    VLXTransaction::setAnimationDuration(kNaN);
     VLXTransaction::setAnimationDuration(-1);
-    VLXTransaction::setAnimationDuration(std::numeric_limits<double>::infinity());
+    VLXTransaction::setAnimationDuration(kInf);
     EXPECT_EQ(VLXTransaction::animationDuration(), 2);
     VLXTransaction::setAnimationDuration(0);
     EXPECT_EQ(VLXTransaction::animationDuration(), 0);
