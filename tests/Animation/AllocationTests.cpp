@@ -1,22 +1,26 @@
 // Counts heap allocations around keyframe evaluation: the per-frame path of a layer's attached
 // animation must not allocate for numbers, and only the result's box for geometry.
 #include <VelmarCoreUI/Animation/VLXSpringAnimation.h>
-#include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
-#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
-#include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
-#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
-#include <new>
-#include <string>
 #include <vector>
 
+#include "AnimationTestSupport.h"
 #include "Support/CountingAllocator.h"
+
+namespace {
+
+template <class F>
+long allocationsDuring(F&& f) {
+    const long before = test_support::allocationCount.load();
+    f();
+    return test_support::allocationCount.load() - before;
+}
+
+}  // namespace
 
 TEST(KeyframeEvaluation, NoAllocationPerFrame) {
     auto spring = VLXSpringAnimation::animationWithKeyPath("opacity");
@@ -25,13 +29,7 @@ TEST(KeyframeEvaluation, NoAllocationPerFrame) {
     auto attached = std::dynamic_pointer_cast<VLXKeyframeAnimation>(spring->copy());
     ASSERT_TRUE(attached);
     ASSERT_GT(attached->values().size(), 1000u);
-    double sum = attached->valueAtProgress(0.5).doubleValue();  // the first use unpacks
-    const long before = test_support::allocationCount.load();
-    for (int i = 0; i < 1000; ++i) {
-        sum += attached->valueAtProgress(i / 1000.0).doubleValue();
-    }
-    EXPECT_EQ(test_support::allocationCount.load() - before, 0);
-
+    // The same frames at uneven key times take the searched path.
     auto timed = VLXKeyframeAnimation::animationWithKeyPath("opacity");
     timed->setValues(attached->values());
     std::vector<double> times(attached->values().size());
@@ -40,33 +38,35 @@ TEST(KeyframeEvaluation, NoAllocationPerFrame) {
         times[i] = u * u;
     }
     timed->setKeyTimes(times);
-    sum += timed->valueAtProgress(0.5).doubleValue();
-    const long beforeTimed = test_support::allocationCount.load();
-    for (int i = 0; i < 1000; ++i) {
-        sum += timed->valueAtProgress(i / 1000.0).doubleValue();
+    double sum = 0;
+    for (const auto& a : {attached, timed}) {
+        sum += a->valueAtProgress(0.5).doubleValue();  // the first use unpacks
+        EXPECT_EQ(allocationsDuring([&] {
+                      for (int i = 0; i < 1000; ++i) {
+                          sum += a->valueAtProgress(i / 1000.0).doubleValue();
+                      }
+                  }),
+                  0);
     }
-    EXPECT_EQ(test_support::allocationCount.load() - beforeTimed, 0);
 
     auto point = VLXSpringAnimation::animationWithKeyPath("position");
     point->setFromValue(VLXValue::valueWithPoint({0, 0}));
     point->setToValue(VLXValue::valueWithPoint({10, 10}));
     sum += point->valueAtProgress(0.5).pointValue().x;
-    const long beforePoints = test_support::allocationCount.load();
-    for (int i = 0; i < 100; ++i) {
-        sum += point->valueAtProgress(i / 100.0 + 0.001).pointValue().x;
-    }
-    EXPECT_LE(test_support::allocationCount.load() - beforePoints, 100)
-        << "one box per result at most";
-    EXPECT_GT(test_support::allocationCount.load() - beforePoints, 0)
-        << "the counter sees the boxes";
+    const long boxes = allocationsDuring([&] {
+        for (int i = 0; i < 100; ++i) {
+            sum += point->valueAtProgress(i / 100.0 + 0.001).pointValue().x;
+        }
+    });
+    EXPECT_LE(boxes, 100) << "one box per result at most";
+    EXPECT_GT(boxes, 0) << "the counter sees the boxes";
     EXPECT_TRUE(std::isfinite(sum));
 }
 
 // The layers' animation tick and the reading of presentation values after it: once the registry
 // and the presentation copies exist, a frame allocates nothing.
 TEST(KeyframeEvaluation, TickAndPresentationReadsAllocateNothing) {
-    VLXClock::setManual(900);
-    VLXRunLoop::main().runOnce();
+    ManualClock time(900);
     std::vector<std::shared_ptr<VLXLayer>> layers;
     vlx_transactionByDisablingActions([&] {
         for (int i = 0; i < 40; ++i) {
@@ -77,12 +77,11 @@ TEST(KeyframeEvaluation, TickAndPresentationReadsAllocateNothing) {
             auto a = VLXKeyframeAnimation::animationWithKeyPath(i % 2 ? "opacity" : "position.x");
             a->setValues(std::move(frames));
             a->setDuration(1);
-            auto layer = VLXLayer::create();
-            layer->addAnimation(a, std::string("wave"));
-            layers.push_back(layer);
+            layers.push_back(VLXLayer::create());
+            layers.back()->addAnimation(a, std::string("wave"));
         }
     });
-    VLXRunLoop::main().runOnce();  // committed
+    time.turn();  // committed
     VLXClock::advance(0.01);
     VLXLayer::tickAnimations(VLXClock::now());  // starts them and builds the registry
     double sum = 0;
@@ -92,16 +91,14 @@ TEST(KeyframeEvaluation, TickAndPresentationReadsAllocateNothing) {
     long ticking = 0;
     long reading = 0;
     for (int tick = 0; tick < 20; ++tick) {
-        long before = test_support::allocationCount.load();
         VLXClock::advance(0.01);
-        VLXLayer::tickAnimations(VLXClock::now());
-        ticking += test_support::allocationCount.load() - before;
-        before = test_support::allocationCount.load();
-        for (const auto& layer : layers) {
-            const auto p = layer->presentationLayer();
-            sum += p->opacity() + p->position().x;
-        }
-        reading += test_support::allocationCount.load() - before;
+        ticking += allocationsDuring([] { VLXLayer::tickAnimations(VLXClock::now()); });
+        reading += allocationsDuring([&] {
+            for (const auto& layer : layers) {
+                const auto p = layer->presentationLayer();
+                sum += p->opacity() + p->position().x;
+            }
+        });
     }
     EXPECT_EQ(ticking, 0);
     EXPECT_EQ(reading, 0);
@@ -113,6 +110,4 @@ TEST(KeyframeEvaluation, TickAndPresentationReadsAllocateNothing) {
                 attached->valueAtProgress(0.21).doubleValue(), 1e-9);
     EXPECT_TRUE(std::isfinite(sum));
     layers.clear();
-    VLXRunLoop::main().runOnce();
-    VLXClock::setReal();
 }

@@ -1,43 +1,16 @@
 // The animation tick: values evaluated once per tick into presentation state, read back through
 // presentation copies that are filled again rather than made anew.
-#include <VelmarCoreUI/Animation/VLXTransactionHelpers.h>
-#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
-#include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimationGroup.h>
 #include <VelmarCoreUI/Platform/Layers/VLXBasicAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXKeyframeAnimation.h>
-#include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <string>
+
+#include "AnimationTestSupport.h"
 
 namespace {
-
-class TickClock {
-public:
-    TickClock() {
-        VLXClock::setManual(800);
-        VLXRunLoop::main().runOnce();
-    }
-    ~TickClock() {
-        VLXRunLoop::main().runOnce();
-        VLXClock::setReal();
-    }
-    TickClock(const TickClock&) = delete;
-    TickClock& operator=(const TickClock&) = delete;
-};
-
-std::shared_ptr<VLXLayer> committedLayer() {
-    auto layer = VLXLayer::create();
-    vlx_transactionByDisablingActions([&] {
-        layer->setBounds({{0, 0}, {10, 10}});
-        layer->setPosition({5, 5});
-    });
-    VLXRunLoop::main().runOnce();
-    return layer;
-}
 
 std::shared_ptr<VLXKeyframeAnimation> ramp(const std::string& keyPath, double from, double to,
                                            double duration = 1) {
@@ -47,16 +20,10 @@ std::shared_ptr<VLXKeyframeAnimation> ramp(const std::string& keyPath, double fr
     return a;
 }
 
-// Adds without implicit animations and commits at the current clock reading.
-void addCommitted(VLXLayer& layer, const std::shared_ptr<VLXAnimation>& a, const char* key) {
-    vlx_transactionByDisablingActions([&] { layer.addAnimation(a, std::string(key)); });
-    VLXRunLoop::main().runOnce();
-}
-
 }  // namespace
 
 TEST(AnimationTick, PresentationShowsTickedValuesInTheOrderAdded) {
-    TickClock clock;
+    ManualClock clock;
     auto layer = committedLayer();
     // A number keyframe animation (evaluated by the tick), then a group over the same key
     // (applied to the copy): the later one wins while it applies.
@@ -100,7 +67,7 @@ TEST(AnimationTick, PresentationShowsTickedValuesInTheOrderAdded) {
 }
 
 TEST(AnimationTick, ChangesAfterATickShowAtTheSameTime) {
-    TickClock clock;
+    ManualClock clock;
     auto layer = committedLayer();
     addCommitted(*layer, ramp("opacity", 0, 1), "ramp");
     VLXClock::advance(0.5);
@@ -146,7 +113,7 @@ TEST(AnimationTick, ChangesAfterATickShowAtTheSameTime) {
 }
 
 TEST(AnimationTick, CopiesAreReusedOnlyWhenNobodyHoldsThem) {
-    TickClock clock;
+    ManualClock clock;
     auto layer = committedLayer();
     addCommitted(*layer, ramp("opacity", 0, 1), "ramp");
     VLXClock::advance(0.25);
@@ -178,7 +145,7 @@ TEST(AnimationTick, CopiesAreReusedOnlyWhenNobodyHoldsThem) {
 }
 
 TEST(AnimationTick, ValuesThatStopApplyingGiveBackTheModel) {
-    TickClock clock;
+    ManualClock clock;
     auto layer = committedLayer();
     auto kept = ramp("opacity", 0, 1);
     kept->setRemovedOnCompletion(false);  // stays attached, applies only while active
@@ -203,25 +170,16 @@ TEST(AnimationTick, ValuesThatStopApplyingGiveBackTheModel) {
     read(0.25, 0.25, 5);  // back in time: the delayed one no longer applies
 }
 
-TEST(AnimationTick, FrameAnimationMovesThePresentation) {
-    TickClock clock;
-    auto layer = committedLayer();  // frame {{0, 0}, {10, 10}}
+TEST(AnimationTick, RectsPointsAndMismatchedKinds) {
+    ManualClock clock;
+    // A frame animation moves the position and resizes the bounds; the model stays.
+    auto framed = committedLayer();  // frame {{0, 0}, {10, 10}}
     auto frame = VLXKeyframeAnimation::animationWithKeyPath("frame");
     frame->setValues({VLXValue::valueWithRect({{0, 0}, {10, 10}}),
                       VLXValue::valueWithRect({{100, 200}, {30, 40}})});
     frame->setDuration(1);
-    addCommitted(*layer, frame, "frame");
-    VLXClock::advance(0.5);
-    VLXLayer::tickAnimations(VLXClock::now());
-    auto p = layer->presentationLayer();
-    EXPECT_EQ(p->frame(), (VLXRect{{50, 100}, {20, 25}}));
-    EXPECT_EQ(p->position(), (VLXPoint{60, 112.5}));
-    EXPECT_EQ(p->bounds().size, (VLXSize{20, 25}));
-    EXPECT_EQ(layer->frame(), (VLXRect{{0, 0}, {10, 10}}));
-}
+    addCommitted(*framed, frame, "frame");
 
-TEST(AnimationTick, PointsAndMismatchedKinds) {
-    TickClock clock;
     auto layer = committedLayer();  // position (5, 5), anchor (0.5, 0.5)
     auto move = VLXBasicAnimation::animationWithKeyPath("position");
     move->setToValue(VLXValue::valueWithPoint({105, 55}));  // from what is on screen
@@ -239,6 +197,10 @@ TEST(AnimationTick, PointsAndMismatchedKinds) {
     wrong->setToValue(VLXValue::valueWithPoint({1, 1}));
     addCommitted(*layer, wrong, "wrong");
     VLXClock::advance(0.5);
+    VLXLayer::tickAnimations(VLXClock::now());
+    EXPECT_EQ(framed->presentationLayer()->frame(), (VLXRect{{50, 100}, {20, 25}}));
+    EXPECT_EQ(framed->presentationLayer()->position(), (VLXPoint{60, 112.5}));
+    EXPECT_EQ(framed->frame(), (VLXRect{{0, 0}, {10, 10}}));
     for (int pass = 0; pass < 2; ++pass) {  // filled, then filled again with new numbers
         VLXLayer::tickAnimations(VLXClock::now());
         const auto p = layer->presentationLayer();

@@ -3,14 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
-namespace {
-
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
-
-}  // namespace
+#include "AnimationTestSupport.h"
 
 TEST(VLXInterpolation, EveryKindEntryByEntry) {
     VLXValue n = VLXInterpolateValues(VLXValue(10), VLXValue(20.0f), 0.25);
@@ -57,7 +51,7 @@ TEST(VLXInterpolation, EveryKindEntryByEntry) {
     EXPECT_EQ(*w.colorValue(), VLXColor::colorWithWhite(0.25, 1));
 }
 
-TEST(VLXInterpolation, EndsAreExactAndFractionsExtrapolate) {
+TEST(VLXInterpolation, ExactEndsExtrapolationAndOddInput) {
     // 0.1 + (0.7 − 0.1) × 1 is not 0.7 in doubles; the end must be.
     EXPECT_EQ(VLXInterpolateValues(VLXValue(0.1), VLXValue(0.7), 1).doubleValue(), 0.7);
     EXPECT_EQ(VLXInterpolateValues(VLXValue(0.1), VLXValue(0.7), 0).doubleValue(), 0.1);
@@ -66,9 +60,7 @@ TEST(VLXInterpolation, EndsAreExactAndFractionsExtrapolate) {
     // Equal infinite entries stay put rather than becoming NaN.
     EXPECT_EQ(VLXInterpolateValues(VLXValue(kInf), VLXValue(kInf), 0.5).doubleValue(), kInf);
     EXPECT_EQ(VLXInterpolateDouble(kInf, kInf, 0.3), kInf);
-}
 
-TEST(VLXInterpolation, OddInputGivesTheDocumentedValue) {
     const VLXValue one(1.0);
     const VLXValue point = VLXValue::valueWithPoint({1, 2});
     // A nil end: the other end, whatever the fraction.

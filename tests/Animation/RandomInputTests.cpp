@@ -11,24 +11,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <random>
+
+#include "AnimationTestSupport.h"
 
 namespace {
 
 // Doubles with a good share of the values that break arithmetic.
 double oddDouble(std::mt19937& random) {
-    static const double kSpecial[] = {0.0,
-                                      -0.0,
-                                      1.0,
-                                      -1.0,
-                                      std::numeric_limits<double>::quiet_NaN(),
-                                      std::numeric_limits<double>::infinity(),
-                                      -std::numeric_limits<double>::infinity(),
-                                      std::numeric_limits<double>::max(),
-                                      std::numeric_limits<double>::denorm_min(),
-                                      1e-300,
-                                      1e300};
+    static const double kSpecial[] = {0.0,   -0.0,     1.0,    -1.0,   std::nan(""), kInf,
+                                      -kInf, 1.79e308, 5e-324, 1e-300, 1e300};
     std::uniform_int_distribution<int> pick(0, 19);
     const int k = pick(random);
     if (k < 11) {

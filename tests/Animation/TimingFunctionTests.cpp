@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
+
+#include "AnimationTestSupport.h"
 
 namespace {
-
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
 
 struct Named {
     VLXMediaTimingFunctionName name;
@@ -39,13 +37,9 @@ TEST(VLXMediaTimingFunction, NamedCurvesHaveThePlatformControlPoints) {
         auto f = VLXMediaTimingFunction::functionWithName(n.name);
         ASSERT_TRUE(f);
         EXPECT_EQ(f, VLXMediaTimingFunction::functionWithName(n.name)) << "one shared instance";
-        EXPECT_EQ(f->getControlPointAtIndex(0), (VLXPoint{0, 0}));
         EXPECT_EQ(f->getControlPointAtIndex(1), (VLXPoint{double(n.x1), double(n.y1)}));
         EXPECT_EQ(f->getControlPointAtIndex(2), (VLXPoint{double(n.x2), double(n.y2)}));
-        EXPECT_EQ(f->getControlPointAtIndex(3), (VLXPoint{1, 1}));
-        EXPECT_EQ(f->getControlPointAtIndex(4), (VLXPoint{0, 0}));
-        EXPECT_EQ(f->y(0), 0.0);
-        EXPECT_EQ(f->y(1), 1.0);
+        EXPECT_EQ(f->getControlPointAtIndex(4), (VLXPoint{0, 0})) << "out of range";
     }
     // Single precision is kept: 0.1 reads back as the float nearest to it.
     auto f = VLXMediaTimingFunction::functionWithControlPoints(0.1f, 0.2f, 0.3f, 0.4f);
@@ -55,14 +49,7 @@ TEST(VLXMediaTimingFunction, NamedCurvesHaveThePlatformControlPoints) {
 }
 
 TEST(VLXMediaTimingFunction, SolvesTheCurveForX) {
-    auto linear = VLXMediaTimingFunction::functionWithName(VLXMediaTimingFunctionName::Linear);
-    for (double x : {0.1, 0.25, 0.5, 0.9}) {
-        EXPECT_NEAR(linear->y(x), x, 1e-9);
-    }
-    // A symmetric curve passes through its centre.
-    auto inOut =
-        VLXMediaTimingFunction::functionWithName(VLXMediaTimingFunctionName::EaseInEaseOut);
-    EXPECT_NEAR(inOut->y(0.5), 0.5, 1e-6);
+    // Every point of each named curve is found again from its x, and y never falls.
     for (const Named& n : kNamed) {
         auto f = VLXMediaTimingFunction::functionWithName(n.name);
         double previous = 0;

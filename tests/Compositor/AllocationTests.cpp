@@ -38,6 +38,5 @@ TEST(CompositorAllocations, SteadyFramesAllocateNothing) {
     EXPECT_EQ(test_support::allocationCount.load() - before, 0);
     // The frame was really drawn: pink background in the corner, the black circle in the middle.
     auto image = context->makeImage();
-    EXPECT_TRUE(near(pixelAt(*image, 2 * 3, 2 * 3), RGBA8{255, 255, 204, 204}));
-    EXPECT_TRUE(near(pixelAt(*image, 2 * 9, 2 * 9), kBlack));
+    expectPixels(*image, {{2 * 3, 2 * 3, RGBA8{255, 255, 204, 204}}, {2 * 9, 2 * 9, kBlack}});
 }

@@ -3,6 +3,7 @@
 // Helpers shared by the compositor tests: layers made with actions disabled, frames rendered
 // through a compositor, pixels read back.
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <ostream>
 
@@ -10,6 +11,8 @@
 #include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
+
+#include <gtest/gtest.h>
 
 /// One premultiplied pixel, channels 0…255.
 struct RGBA8 {
@@ -33,6 +36,31 @@ inline RGBA8 pixelAt(const VLXImage& image, int x, int y) {
 inline bool near(RGBA8 p, RGBA8 q, int tolerance = 2) {
     auto close = [&](int a, int b) { return a - b <= tolerance && b - a <= tolerance; };
     return close(p.a, q.a) && close(p.r, q.r) && close(p.g, q.g) && close(p.b, q.b);
+}
+
+/// The number of pixels with any coverage.
+inline int paintedCount(const VLXImage& image) {
+    int count = 0;
+    for (std::uint32_t word : image.pixels()) {
+        count += (word >> 24) != 0 ? 1 : 0;
+    }
+    return count;
+}
+
+/// A pixel to check: its coordinates, the colour expected there and the tolerance per channel.
+struct PixelCheck {
+    int x, y;
+    RGBA8 color;
+    int tolerance = 2;
+};
+
+/// Expects every listed pixel of `image` near its colour.
+inline void expectPixels(const VLXImage& image, std::initializer_list<PixelCheck> checks) {
+    for (const PixelCheck& c : checks) {
+        const RGBA8 got = pixelAt(image, c.x, c.y);
+        EXPECT_TRUE(near(got, c.color, c.tolerance))
+            << "at (" << c.x << ", " << c.y << "): " << got << ", expected " << c.color;
+    }
 }
 
 inline constexpr RGBA8 kClear{0, 0, 0, 0};

@@ -21,10 +21,7 @@ TEST(Compositor, GeometryTransformAndBoundsOrigin) {
     root->addSublayer(box);
     auto image = renderOnce(*root, 100, 100);
     ASSERT_TRUE(image);
-    EXPECT_TRUE(near(pixelAt(*image, 31, 41), kRed));
-    EXPECT_TRUE(near(pixelAt(*image, 48, 48), kRed));
-    EXPECT_TRUE(near(pixelAt(*image, 51, 45), kClear));
-    EXPECT_TRUE(near(pixelAt(*image, 29, 41), kClear));
+    expectPixels(*image, {{31, 41, kRed}, {48, 48, kRed}, {51, 45, kClear}, {29, 41, kClear}});
 
     // A quarter turn about the middle anchor: the 20 × 10 box becomes 10 × 20 around the same
     // centre (60, 50).
@@ -33,15 +30,13 @@ TEST(Compositor, GeometryTransformAndBoundsOrigin) {
     auto root2 = makeLayer(VLXRectMake(0, 0, 100, 100));
     root2->addSublayer(turned);
     image = renderOnce(*root2, 100, 100);
-    EXPECT_TRUE(near(pixelAt(*image, 60, 42), kBlue));   // above the centre: inside now
-    EXPECT_TRUE(near(pixelAt(*image, 53, 50), kClear));  // left of the centre: outside now
-    EXPECT_TRUE(near(pixelAt(*image, 60, 58), kBlue));
+    // Above the centre (60, 42) is inside now, left of it (53, 50) outside.
+    expectPixels(*image, {{60, 42, kBlue}, {53, 50, kClear}, {60, 58, kBlue}});
 
     // At scale 2 the same point lands on twice the pixel coordinates.
     image = renderOnce(*root2, 100, 100, 2);
     ASSERT_EQ(image->pixelWidth(), 200);
-    EXPECT_TRUE(near(pixelAt(*image, 120, 84), kBlue));
-    EXPECT_TRUE(near(pixelAt(*image, 106, 100), kClear));
+    expectPixels(*image, {{120, 84, kBlue}, {106, 100, kClear}});
 
     // The bounds origin scrolls the content: a sublayer at (10, 10) in a parent whose bounds
     // start at (10, 10) shows at the parent's top-left.
@@ -50,8 +45,7 @@ TEST(Compositor, GeometryTransformAndBoundsOrigin) {
     withoutActions([&] { scroller->setBounds(VLXRectMake(10, 10, 50, 50)); });
     scroller->addSublayer(child);
     image = renderOnce(*scroller, 50, 50);
-    EXPECT_TRUE(near(pixelAt(*image, 2, 2), kRed));
-    EXPECT_TRUE(near(pixelAt(*image, 12, 12), kClear));
+    expectPixels(*image, {{2, 2, kRed}, {12, 12, kClear}});
 }
 
 TEST(Compositor, HiddenOpacityAndGroups) {
@@ -103,20 +97,20 @@ TEST(Compositor, BackgroundCornersMaskingAndBorder) {
     });
     root->addSublayer(card);
     auto image = renderOnce(*root, 100, 100);
-    // Rounded corner: the very corner of the bounds stays empty; the border is drawn over the
-    // sublayer (border last), and without masking the sublayer overhangs the bounds.
-    EXPECT_TRUE(near(pixelAt(*image, 11, 11), kClear));
-    EXPECT_TRUE(near(pixelAt(*image, 50, 50), kRed));
-    EXPECT_TRUE(near(pixelAt(*image, 50, 11), kBlue));
-    EXPECT_TRUE(near(pixelAt(*image, 88, 75), kBlue));   // border over the green sublayer
-    EXPECT_TRUE(near(pixelAt(*image, 80, 80), kGreen));  // inside
-    EXPECT_TRUE(near(pixelAt(*image, 95, 95), kGreen));  // outside the card: not clipped
+    // Rounded corner: the very corner of the bounds (11, 11) stays empty; the border (50, 11) is
+    // drawn over the green sublayer (88, 75), and without masking the sublayer overhangs the
+    // card (95, 95).
+    expectPixels(*image, {{11, 11, kClear},
+                          {50, 50, kRed},
+                          {50, 11, kBlue},
+                          {88, 75, kBlue},
+                          {80, 80, kGreen},
+                          {95, 95, kGreen}});
 
     withoutActions([&] { card->setMasksToBounds(true); });
     image = renderOnce(*root, 100, 100);
-    EXPECT_TRUE(near(pixelAt(*image, 95, 95), kClear));  // clipped now
-    EXPECT_TRUE(near(pixelAt(*image, 86, 86), kClear));  // the rounded corner clips too
-    EXPECT_TRUE(near(pixelAt(*image, 80, 80), kGreen));
+    // Clipped now (95, 95), by the rounded corner too (86, 86).
+    expectPixels(*image, {{95, 95, kClear}, {86, 86, kClear}, {80, 80, kGreen}});
 }
 
 TEST(Compositor, MaskAlphaAndSiblingOrder) {
@@ -242,8 +236,7 @@ TEST(Compositor, DeepTreesNeedNoRecursion) {
     });
     auto image = renderOnce(*root, 120, 20);
     ASSERT_TRUE(image);
-    EXPECT_TRUE(near(pixelAt(*image, 101, 2), kRed, 4));
-    EXPECT_TRUE(near(pixelAt(*image, 98, 2), kClear));
+    expectPixels(*image, {{101, 2, kRed, 4}, {98, 2, kClear}});
     EXPECT_FALSE(VLXCompositor::renderSVG(*root, VLXSize{120, 20}).empty());
 
     // Translucent levels that each paint two things would each need a group: nesting stops at a
@@ -302,9 +295,7 @@ TEST(Compositor, DrawingMayRenderAnotherTree) {
     auto context = VLXGraphicsContext::createBitmap(VLXSize{30, 10}, 1);
     VLXCompositor::render(*root, *context);
     auto image = context->makeImage();
-    EXPECT_TRUE(near(pixelAt(*image, 5, 5), kRed));
-    EXPECT_TRUE(near(pixelAt(*image, 15, 5), kBlue));
-    EXPECT_TRUE(near(pixelAt(*image, 25, 5), kGreen));
+    expectPixels(*image, {{5, 5, kRed}, {15, 5, kBlue}, {25, 5, kGreen}});
 }
 
 namespace {
@@ -336,16 +327,14 @@ TEST(Compositor, CachedContentsAtTheirScale) {
     auto image = compositor->renderFrame(*root, VLXSize{20, 10}, 2);
     EXPECT_EQ(drawn->draws, 1);
     // Contents made at 2 px/pt keep the half-point bar one full pixel high at scale 2.
-    EXPECT_TRUE(near(pixelAt(*image, 5, 0), kRed));
-    EXPECT_TRUE(near(pixelAt(*image, 5, 1), kClear));
+    expectPixels(*image, {{5, 0, kRed}, {5, 1, kClear}});
 
     // Another layer's change renders a new frame, but this layer's contents are reused.
     withoutActions([&] { sibling->setBackgroundColor(VLXColor::colorWithRed(0, 1, 0, 1)); });
     image = compositor->renderFrame(*root, VLXSize{20, 10}, 2);
     EXPECT_EQ(compositor->framesRendered(), 2u);
     EXPECT_EQ(drawn->draws, 1);
-    EXPECT_TRUE(near(pixelAt(*image, 30, 5), kGreen));
-    EXPECT_TRUE(near(pixelAt(*image, 5, 0), kRed));
+    expectPixels(*image, {{30, 5, kGreen}, {5, 0, kRed}});
     drawn->setNeedsDisplay();
     compositor->renderFrame(*root, VLXSize{20, 10}, 2);
     EXPECT_EQ(drawn->draws, 2);

@@ -10,6 +10,8 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
 
+#include "CompositorTestSupport.h"
+
 namespace {
 
 // Largest difference of any channel (0…255) allowed between the reduced and the full stroke.
@@ -63,14 +65,6 @@ int largestChannelDifference(const VLXImage& a, const VLXImage& b) {
         }
     }
     return largest;
-}
-
-int paintedCount(const VLXImage& image) {
-    int count = 0;
-    for (std::uint32_t word : image.pixels()) {
-        count += (word >> 24) != 0 ? 1 : 0;
-    }
-    return count;
 }
 
 }  // namespace

@@ -35,7 +35,17 @@ public:
     }
     /// One turn without moving the clock (commits the implicit transaction).
     void turn() { VLXRunLoop::main().runOnce(); }
+    /// Moves the clock without running the loop: presentation reads the clock directly.
+    void at(double t) { VLXClock::setManual(t); }
 };
+
+/// A new layer called `name`, with an optional delegate.
+inline std::shared_ptr<VLXLayer> named(const char* name, VLXLayerDelegate* delegate = nullptr) {
+    auto layer = VLXLayer::create();
+    layer->setName(std::string(name));
+    layer->setDelegate(delegate);
+    return layer;
+}
 
 /// A test inside one explicit transaction with actions disabled, so property changes apply at once
 /// and start no implicit animations.

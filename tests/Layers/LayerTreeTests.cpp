@@ -5,6 +5,8 @@
 #include <VelmarCoreUI/Platform/Layers/VLXLayer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
+#include "LayerTestSupport.h"
+
 namespace {
 
 std::vector<std::string> names(const VLXLayer& layer) {
@@ -13,12 +15,6 @@ std::vector<std::string> names(const VLXLayer& layer) {
         result.push_back(s->name().value_or("?"));
     }
     return result;
-}
-
-std::shared_ptr<VLXLayer> named(const char* name) {
-    auto layer = VLXLayer::create();
-    layer->setName(std::string(name));
-    return layer;
 }
 
 using Names = std::vector<std::string>;

@@ -4,18 +4,10 @@
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
-
-namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
-}  // namespace
 
 TEST(RunLoopDetail, NextFireDateStaysOnScheduleAndAlwaysMovesForward) {
     using vlx::detail::nextFireDate;

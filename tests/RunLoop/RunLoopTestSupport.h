@@ -7,8 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <vector>
+
+inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double kInf = std::numeric_limits<double>::infinity();
 
 // Every test starts on the manual clock with an idle main loop and leaves it idle: the loop is
 // process-wide, so timers, observers and open transactions must not leak into the next test.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <string>
 #include <thread>
@@ -12,48 +11,46 @@
 namespace {
 
 using Phase = VLXRunLoopPhase;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 }  // namespace
 
-TEST_F(RunLoopTest, TimersFireInDateOrderWithTiesInSchedulingOrder) {
-    std::vector<std::pair<std::string, double>> fired;
-    auto record = [&](std::string name) {
-        return [&fired, name](VLXTimer&) { fired.emplace_back(name, VLXClock::now()); };
+TEST_F(RunLoopTest, TimersFireOnceEachInDateOrderWithTiesInSchedulingOrder) {
+    std::mt19937 random(7);
+    std::uniform_int_distribution<int> slot(1, 500);
+    std::vector<std::pair<double, int>> expected;
+    std::vector<std::pair<double, int>> fired;
+    auto record = [&fired](int i) {
+        return [&fired, i](VLXTimer&) { fired.emplace_back(VLXClock::now(), i); };
     };
-    timer(3, false, record("c"));
-    timer(1, false, record("a1"));
-    timer(2, false, record("b"));
-    timer(1, false, record("a2"));
-
-    // Nothing is due yet.
+    for (int i = 0; i < 10000; ++i) {
+        const double interval = slot(random) * 0.01;
+        timer(interval, false, record(i));
+        expected.emplace_back(100 + interval, i);
+    }
+    // Date order; equal dates keep scheduling order, which is the index order here.
+    std::stable_sort(expected.begin(), expected.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
     loop().runOnce();
-    EXPECT_TRUE(fired.empty());
-
+    EXPECT_TRUE(fired.empty()) << "nothing is due yet";
     // runUntil visits every date on the way, on the clock, and stops at the target.
-    loop().runUntil(102.5);
-    const std::vector<std::pair<std::string, double>> expected{
-        {"a1", 101}, {"a2", 101}, {"b", 102}};
+    loop().runUntil(105);
     EXPECT_EQ(fired, expected);
-    EXPECT_EQ(VLXClock::now(), 102.5);
+    EXPECT_EQ(VLXClock::now(), 105);
+    EXPECT_EQ(loop().timerCount(), 0u);
 
     // A single late turn fires everything due, still in date order.
     fired.clear();
-    timer(0.25, false, record("d"));  // 102.75, before "c" at 103
+    timer(0.5, false, record(1));
+    timer(0.25, false, record(2));
     VLXClock::setManual(110);
     loop().runOnce();
-    ASSERT_EQ(fired.size(), 2u);
-    EXPECT_EQ(fired[0].first, "d");
-    EXPECT_EQ(fired[1].first, "c");
+    EXPECT_EQ(fired, (std::vector<std::pair<double, int>>{{110, 2}, {110, 1}}));
 }
 
 TEST_F(RunLoopTest, RepeatingTimerKeepsItsScheduleAndSkipsMissedDates) {
     std::vector<double> at;
     auto repeating = timer(1, true, [&](VLXTimer&) { at.push_back(VLXClock::now()); });
     EXPECT_EQ(repeating->fireDate(), 101);
-    EXPECT_EQ(repeating->timeInterval(), 1);
-    EXPECT_TRUE(repeating->repeats());
 
     // Late by 2.5 intervals: fires once, then the next date keeps the original phase.
     VLXClock::setManual(103.5);
@@ -174,8 +171,7 @@ TEST_F(RunLoopTest, PostedBlocksFromOtherThreadsRunOnTheLoopInOrder) {
     loop().runOnce();
     EXPECT_EQ(order.back(), "posted during turn");
 
-    // An empty block is harmless.
-    loop().post({});
+    loop().post({});  // an empty block is harmless
     loop().runOnce();
 }
 
@@ -371,24 +367,4 @@ TEST_F(RunLoopTest, OddIntervalsAndTimesGiveDefinedResults) {
     EXPECT_GT(count, 0);
     EXPECT_GT(coarse->fireDate(), VLXClock::now());
     coarse->invalidate();
-}
-
-TEST_F(RunLoopTest, TenThousandTimersFireOnceEachInDateOrder) {
-    std::mt19937 random(7);
-    std::uniform_int_distribution<int> slot(1, 500);
-    std::vector<std::pair<double, int>> expected;
-    std::vector<std::pair<double, int>> fired;
-    for (int i = 0; i < 10000; ++i) {
-        const double interval = slot(random) * 0.01;
-        timer(interval, false, [&fired, i](VLXTimer& t) { fired.emplace_back(t.fireDate(), i); });
-        expected.emplace_back(100 + interval, i);
-    }
-    // Date order; equal dates keep scheduling order, which is the index order here.
-    std::stable_sort(expected.begin(), expected.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    EXPECT_EQ(loop().timerCount(), 10000u);
-    loop().runUntil(105);
-    EXPECT_EQ(fired.size(), 10000u);
-    EXPECT_EQ(fired, expected);
-    EXPECT_EQ(loop().timerCount(), 0u);
 }
