@@ -54,12 +54,55 @@ bool isVisibleColor(const std::optional<VLXColor>& color) {
     return color && !(color->numberOfComponents() > 0 && color->alpha() <= 0);
 }
 
+// A key that changes whenever `generation` or anything mixed in before it changes.
+std::uint64_t mixKey(std::uint64_t key, std::uint64_t value) {
+    std::uint64_t z = key ^ (value + 0x9e3779b97f4a7c15ULL + (key << 6) + (key >> 2));
+    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ULL;
+    z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
+    return z ^ (z >> 31);
+}
+
 }  // namespace
+
+// A rectangle of device pixels, half open; empty when x0 >= x1 or y0 >= y1.
+struct VLXCompositor::DamageBox {
+    double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+
+    bool isEmpty() const { return !(x0 < x1 && y0 < y1); }
+    bool intersects(const DamageBox& other) const {
+        return !isEmpty() && !other.isEmpty() && x0 < other.x1 && other.x0 < x1 && y0 < other.y1 &&
+               other.y0 < y1;
+    }
+    void unite(const DamageBox& other) {
+        if (other.isEmpty()) {
+            return;
+        }
+        if (isEmpty()) {
+            *this = other;
+            return;
+        }
+        x0 = std::min(x0, other.x0);
+        y0 = std::min(y0, other.y0);
+        x1 = std::max(x1, other.x1);
+        y1 = std::max(y1, other.y1);
+    }
+    bool operator==(const DamageBox&) const = default;
+};
+
+// What one layer contributed to a frame: a key that changes with the layer and every ancestor
+// (their generations), and the device box it can paint in.
+struct VLXCompositor::LayerRecord {
+    const VLXLayer* model = nullptr;
+    std::uint64_t key = 0;
+    DamageBox box;
+};
 
 struct VLXCompositor::Walker {
     enum class Stage { Content, AwaitingMask, Done };
 
     struct Frame {
+        std::uint64_t key = 0;  // this layer's and its ancestors' generations
+        bool paints = true;     // false: outside the damage, or measuring
         const VLXLayer* model = nullptr;
         const VLXLayer* layer = nullptr;         // what is drawn: presentation or model
         std::shared_ptr<VLXLayer> presentation;  // keeps the presentation copy alive
@@ -104,6 +147,47 @@ struct VLXCompositor::Walker {
     cairo_t* cr = nullptr;
     bool bitmap = true;
     int groupDepth = 0;
+
+    // Damage tracking (renderFrame only). A measuring walk paints nothing and only records;
+    // a damaged walk paints just the layers whose box meets `damage`.
+    std::vector<LayerRecord>* records = nullptr;
+    const DamageBox* damage = nullptr;
+    bool measuring = false;
+    double deviceScale = 1;
+
+    // The device pixels a layer can paint: its bounds (and a shape's outline with the reach of
+    // its stroke) through the CTM, grown by two pixels for antialiasing; everything when that
+    // cannot be told.
+    DamageBox deviceBox(const VLXLayer& layer, const VLXRect& bounds,
+                        const VLXShapeLayer* shape) const {
+        VLXRect area = bounds;
+        if (shape) {
+            if (const auto path = shape->pathObject()) {
+                const double reach = std::max(finiteOr(shape->lineWidth(), 0), 0.0) *
+                                     std::max(finiteOr(shape->miterLimit(), 1), 1.0);
+                area = VLXRectUnion(area, VLXRectInset(path->path().boundingBox(), -reach, -reach));
+            }
+        }
+        (void)layer;
+        const VLXAffineTransform ctm = context->CTM();
+        DamageBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+        for (const VLXPoint corner :
+             {VLXPoint{area.minX(), area.minY()}, VLXPoint{area.maxX(), area.minY()},
+              VLXPoint{area.minX(), area.maxY()}, VLXPoint{area.maxX(), area.maxY()}}) {
+            const VLXPoint p = VLXPointApplyAffineTransform(corner, ctm);
+            const double x = p.x * deviceScale, y = p.y * deviceScale;
+            if (!std::isfinite(x) || !std::isfinite(y)) {
+                return DamageBox{-HUGE_VAL, -HUGE_VAL, HUGE_VAL, HUGE_VAL};
+            }
+            box.x0 = std::min(box.x0, x);
+            box.y0 = std::min(box.y0, y);
+            box.x1 = std::max(box.x1, x);
+            box.y1 = std::max(box.y1, y);
+        }
+        constexpr double kMargin = 2;
+        return DamageBox{std::floor(box.x0) - kMargin, std::floor(box.y0) - kMargin,
+                         std::ceil(box.x1) + kMargin, std::ceil(box.y1) + kMargin};
+    }
 
     void run(const VLXLayer& root, VLXGraphicsContext& target) {
         context = &target;
@@ -164,6 +248,8 @@ struct VLXCompositor::Walker {
             return;
         }
         Frame frame;
+        frame.key = mixKey(stack.empty() ? 0 : stack.back().key,
+                           mixKey(reinterpret_cast<std::uintptr_t>(&model), model.generation()));
         frame.model = &model;
         frame.layer = layer;
         frame.presentation = std::move(presentation);
@@ -181,6 +267,18 @@ struct VLXCompositor::Walker {
 
         const auto* shape = dynamic_cast<const VLXShapeLayer*>(layer);
         const auto* gradient = shape ? nullptr : dynamic_cast<const VLXGradientLayer*>(layer);
+        if (records != nullptr || damage != nullptr) {
+            const DamageBox box = deviceBox(*layer, bounds, shape);
+            if (records != nullptr) {
+                records->push_back(LayerRecord{&model, frame.key, box});
+            }
+            frame.paints = damage == nullptr || box.intersects(*damage);
+        }
+        if (measuring) {
+            frame.paints = false;
+            pushSublayers(model, frame);
+            return;
+        }
         const bool hasBackground = isVisibleColor(layer->backgroundColor());
         const bool hasBorder = layer->borderWidth() > 0 && isVisibleColor(layer->borderColor());
         const auto& contents = layer->contents();
@@ -206,7 +304,7 @@ struct VLXCompositor::Walker {
         }
         context->setAlpha(frame.alpha);
 
-        if (hasBackground) {
+        if (hasBackground && frame.paints) {
             context->setFillColor(*layer->backgroundColor());
             addRoundedRect(*context, bounds, layer->cornerRadius());
             context->fillPath();
@@ -215,15 +313,21 @@ struct VLXCompositor::Walker {
             addRoundedRect(*context, bounds, layer->cornerRadius());
             context->clip();
         }
-        if (contents) {
-            context->drawImage(*contents, bounds);
+        if (frame.paints) {
+            if (contents) {
+                context->drawImage(*contents, bounds);
+            }
+            if (gradient) {
+                gradient->drawGradient(*context);
+            } else if (shape) {
+                shape->drawShape(*context);
+            }
         }
-        if (gradient) {
-            gradient->drawGradient(*context);
-        } else if (shape) {
-            shape->drawShape(*context);
-        }
+        pushSublayers(model, frame);
+    }
 
+    // Queues the sublayers (by zPosition) and pushes the layer's frame.
+    void pushSublayers(const VLXLayer& model, Frame& frame) {
         frame.childBegin = order.size();
         const auto& sublayers = model.sublayers();
         bool ordered = true;
@@ -244,7 +348,8 @@ struct VLXCompositor::Walker {
         Frame& frame = stack[index];
         const VLXLayer& layer = *frame.layer;
         const double width = layer.borderWidth();
-        if (width > 0 && std::isfinite(width) && isVisibleColor(layer.borderColor())) {
+        if (frame.paints && width > 0 && std::isfinite(width) &&
+            isVisibleColor(layer.borderColor())) {
             // The border lies inside the bounds, above everything else and never clipped away by
             // the layer's own masking.
             const VLXRect bounds = VLXRectStandardize(layer.bounds());
@@ -258,6 +363,13 @@ struct VLXCompositor::Walker {
         }
         if (!frame.maskGroup) {
             frame.stage = Stage::Done;
+            if (measuring) {
+                // The mask is measured too: a change of it changes what the owner shows.
+                frame.mask = frame.model->mask();
+                if (const std::shared_ptr<VLXLayer> mask = frame.mask) {
+                    enter(*mask, 1);  // may push a frame: `frame` is not used after this
+                }
+            }
             return;
         }
         frame.content = cairo_pop_group(cr);
@@ -352,22 +464,72 @@ std::shared_ptr<VLXImage> VLXCompositor::renderFrame(const VLXLayer& root, VLXSi
     const double now = VLXClock::now();
     const bool animating = VLXLayer::animatedLayerCount() > 0;
     const bool sameRoot = m_lastRoot == &root && !m_lastRootLifetime.expired();
-    if (m_lastImage && sameRoot && size == m_lastSize && scale == m_lastScale &&
-        VLXLayer::globalChangeCount() == m_lastChangeCount && (!animating || now == m_lastTime)) {
+    const bool sameFrame = m_lastImage && sameRoot && size == m_lastSize && scale == m_lastScale;
+    if (sameFrame && VLXLayer::globalChangeCount() == m_lastChangeCount &&
+        (!animating || now == m_lastTime)) {
         ++m_framesReused;
         return m_lastImage;
+    }
+    Walker& walker = *m_walker;
+    // Still layers change only through their generations, so a frame like the last one redraws
+    // just the pixels of the layers whose key or box moved. Animations change what is drawn
+    // without generations: while they run, every frame is drawn whole.
+    DamageBox damage;
+    bool partial = false;
+    if (sameFrame && !animating && m_context && m_context->isValid()) {
+        m_newRecords.clear();
+        walker.records = &m_newRecords;
+        walker.measuring = true;
+        walker.deviceScale = scale;
+        walker.run(root, *m_context);
+        walker.measuring = false;
+        walker.records = nullptr;
+        damage = damageBetween(m_records, m_newRecords, size, scale);
+        if (damage.isEmpty()) {  // changes nobody can see
+            m_records.swap(m_newRecords);
+            m_lastTime = now;
+            m_lastChangeCount = VLXLayer::globalChangeCount();
+            ++m_framesReused;
+            return m_lastImage;
+        }
+        const double area = (damage.x1 - damage.x0) * (damage.y1 - damage.y0);
+        partial = area <= 0.5 * std::ceil(size.width * scale) * std::ceil(size.height * scale);
     }
     if (!m_context || !(m_context->size() == size) || m_context->scale() != scale ||
         !m_context->isValid()) {
         m_context = VLXGraphicsContext::createBitmap(size, scale);
         if (!m_context) {
             m_lastImage.reset();
+            m_records.clear();
             return nullptr;
         }
+        partial = false;
+    }
+    if (partial) {
+        const VLXRect region{{damage.x0 / scale, damage.y0 / scale},
+                             {(damage.x1 - damage.x0) / scale, (damage.y1 - damage.y0) / scale}};
+        m_context->saveGState();
+        m_context->clipToRect(region);
+        m_context->clearRect(region);
+        walker.damage = &damage;
+        renderInto(root, *m_context);
+        walker.damage = nullptr;
+        m_context->restoreGState();
+        m_records.swap(m_newRecords);
+        ++m_framesPartlyRendered;
     } else {
         m_context->clearRect(VLXRect{{0, 0}, size});
+        m_newRecords.clear();
+        walker.records = &m_newRecords;
+        walker.deviceScale = scale;
+        renderInto(root, *m_context);
+        walker.records = nullptr;
+        std::sort(m_newRecords.begin(), m_newRecords.end(),
+                  [](const LayerRecord& a, const LayerRecord& b) {
+                      return std::less<const VLXLayer*>()(a.model, b.model);
+                  });
+        m_records.swap(m_newRecords);
     }
-    renderInto(root, *m_context);
     m_lastImage = m_context->makeImage();
     m_lastRoot = &root;
     m_lastRootLifetime = root.weak_from_this();
@@ -378,4 +540,37 @@ std::shared_ptr<VLXImage> VLXCompositor::renderFrame(const VLXLayer& root, VLXSi
     m_lastChangeCount = VLXLayer::globalChangeCount();
     ++m_framesRendered;
     return m_lastImage;
+}
+
+// The device pixels (within the frame) of every layer that appeared, disappeared, moved or
+// changed between two frames' records; `current` is sorted here.
+VLXCompositor::DamageBox VLXCompositor::damageBetween(const std::vector<LayerRecord>& previous,
+                                                      std::vector<LayerRecord>& current,
+                                                      VLXSize size, double scale) {
+    const auto byModel = [](const LayerRecord& a, const LayerRecord& b) {
+        return std::less<const VLXLayer*>()(a.model, b.model);
+    };
+    std::sort(current.begin(), current.end(), byModel);
+    DamageBox damage;
+    auto old = previous.begin();
+    auto now = current.begin();
+    while (old != previous.end() || now != current.end()) {
+        if (now == current.end() || (old != previous.end() && byModel(*old, *now))) {
+            damage.unite((old++)->box);
+        } else if (old == previous.end() || byModel(*now, *old)) {
+            damage.unite((now++)->box);
+        } else {
+            if (old->key != now->key || !(old->box == now->box)) {
+                damage.unite(old->box);
+                damage.unite(now->box);
+            }
+            ++old;
+            ++now;
+        }
+    }
+    damage.x0 = std::max(damage.x0, 0.0);
+    damage.y0 = std::max(damage.y0, 0.0);
+    damage.x1 = std::min(damage.x1, std::ceil(size.width * scale));
+    damage.y1 = std::min(damage.y1, std::ceil(size.height * scale));
+    return damage;
 }

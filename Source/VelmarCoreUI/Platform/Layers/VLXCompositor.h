@@ -53,13 +53,18 @@ public:
     /// A frame of `size` points at `scale` pixels per point, transparent where nothing is drawn.
     /// When nothing changed since the last frame of the same root, size and scale (no model,
     /// tree or contents change anywhere, and no animation running), the last image itself is
-    /// returned without rendering. Nil when the size or scale cannot make a bitmap, and when
-    /// called from a drawing inside this compositor's own walk.
+    /// returned without rendering. When something changed but no animation runs, a walk that
+    /// paints nothing first finds the layers that appeared, disappeared, moved or changed (their
+    /// own or an ancestor's generation); if their pixels cover at most half the frame, only
+    /// those pixels are cleared and drawn again over the previous frame. Nil when the size or scale
+    /// cannot make a bitmap, and when called from a drawing inside this compositor's own walk.
     std::shared_ptr<VLXImage> renderFrame(const VLXLayer& root, VLXSize size, double scale);
 
-    /// Frames rasterised and frames answered with the previous image.
+    /// Frames rasterised and frames answered with the previous image. Of the rasterised frames,
+    /// those that redrew only the pixels of what changed (see `renderFrame`).
     std::uint64_t framesRendered() const { return m_framesRendered; }
     std::uint64_t framesReused() const { return m_framesReused; }
+    std::uint64_t framesPartlyRendered() const { return m_framesPartlyRendered; }
     /// Forgets the last frame, so the next one renders.
     void invalidate();
 
@@ -68,7 +73,14 @@ protected:
 
 private:
     struct Walker;
+    struct DamageBox;
+    struct LayerRecord;
+    static DamageBox damageBetween(const std::vector<LayerRecord>& previous,
+                                   std::vector<LayerRecord>& current, VLXSize size, double scale);
+
     std::unique_ptr<Walker> m_walker;
+    std::vector<LayerRecord> m_records;     // the last frame's, sorted by layer
+    std::vector<LayerRecord> m_newRecords;  // reused for the next
     std::shared_ptr<VLXGraphicsContext> m_context;
     std::shared_ptr<VLXImage> m_lastImage;
     const VLXLayer* m_lastRoot = nullptr;
@@ -79,4 +91,5 @@ private:
     std::uint64_t m_lastChangeCount = 0;
     std::uint64_t m_framesRendered = 0;
     std::uint64_t m_framesReused = 0;
+    std::uint64_t m_framesPartlyRendered = 0;
 };
