@@ -158,8 +158,7 @@ struct VLXCompositor::Walker {
     // The device pixels a layer can paint: its bounds (and a shape's outline with the reach of
     // its stroke) through the CTM, grown by two pixels for antialiasing; everything when that
     // cannot be told.
-    DamageBox deviceBox(const VLXLayer& layer, const VLXRect& bounds,
-                        const VLXShapeLayer* shape) const {
+    DamageBox deviceBox(const VLXRect& bounds, const VLXShapeLayer* shape) const {
         VLXRect area = bounds;
         if (shape) {
             if (const auto path = shape->pathObject()) {
@@ -168,7 +167,6 @@ struct VLXCompositor::Walker {
                 area = VLXRectUnion(area, VLXRectInset(path->path().boundingBox(), -reach, -reach));
             }
         }
-        (void)layer;
         const VLXAffineTransform ctm = context->CTM();
         DamageBox box{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
         for (const VLXPoint corner :
@@ -268,7 +266,7 @@ struct VLXCompositor::Walker {
         const auto* shape = dynamic_cast<const VLXShapeLayer*>(layer);
         const auto* gradient = shape ? nullptr : dynamic_cast<const VLXGradientLayer*>(layer);
         if (records != nullptr || damage != nullptr) {
-            const DamageBox box = deviceBox(*layer, bounds, shape);
+            const DamageBox box = deviceBox(bounds, shape);
             if (records != nullptr) {
                 records->push_back(LayerRecord{&model, frame.key, box});
             }
