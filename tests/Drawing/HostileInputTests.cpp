@@ -63,6 +63,20 @@ double meanAlpha(const Pixels& pixels, int x0, int y0, int x1, int y1) {
     return sum / ((x1 - x0) * (y1 - y0));
 }
 
+// A 100 × 100 bitmap squeezed by `yScale` along y, with a 10-wide line dashed one point on, one
+// off, stroked down the middle over the whole height.
+std::shared_ptr<VLXGraphicsContext> strokeVerticalUnitDashes(double yScale) {
+    const double unit[] = {1, 1};
+    auto context = makeBitmap(100, 100);
+    context->scaleCTM(1, yScale);
+    context->setLineWidth(10);
+    context->setLineDash(0, unit);
+    context->moveToPoint(VLXPointMake(50, 0));
+    context->addLineToPoint(VLXPointMake(50, 100 / yScale));
+    context->strokePath();
+    return context;
+}
+
 }  // namespace
 
 TEST(HostileDrawing, SubPixelDashesDrawAThinnedLine) {
@@ -109,28 +123,14 @@ TEST(HostileDrawing, SubPixelDashesDrawAThinnedLine) {
     {
         // Anisotropic: the pattern is a point long across x but a ten-millionth of a pixel
         // along y, where the line runs (half a billion dashes).
-        const double unit[] = {1, 1};
-        auto context = makeBitmap(100, 100);
-        context->scaleCTM(1, 1e-7);
-        context->setLineWidth(10);
-        context->setLineDash(0, unit);
-        context->moveToPoint(VLXPointMake(50, 0));
-        context->addLineToPoint(VLXPointMake(50, 1e9));
-        context->strokePath();
+        auto context = strokeVerticalUnitDashes(1e-7);
         Pixels pixels(*context);
         EXPECT_NEAR(meanAlpha(pixels, 46, 10, 54, 90), 255 * 0.5, 12);
     }
     {
         // Mixed: a thousandth of a pixel per point along y, where dashes thin, while across x
         // 4-point dashes stay dashes.
-        const double unit[] = {1, 1};
-        auto context = makeBitmap(100, 100);
-        context->scaleCTM(1, 1e-3);
-        context->setLineWidth(10);
-        context->setLineDash(0, unit);
-        context->moveToPoint(VLXPointMake(50, 0));
-        context->addLineToPoint(VLXPointMake(50, 1e5));
-        context->strokePath();
+        auto context = strokeVerticalUnitDashes(1e-3);
         const double visible[] = {4, 4};
         context->setLineDash(0, visible);
         context->setLineWidth(1e4);

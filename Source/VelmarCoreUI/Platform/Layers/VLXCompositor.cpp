@@ -95,6 +95,11 @@ struct VLXCompositor::LayerRecord {
     const VLXLayer* model = nullptr;
     std::uint64_t key = 0;
     DamageBox box;
+
+    // Records are kept sorted by layer, so two frames compare in one merge.
+    static bool byModel(const LayerRecord& a, const LayerRecord& b) {
+        return std::less<const VLXLayer*>()(a.model, b.model);
+    }
 };
 
 struct VLXCompositor::Walker {
@@ -522,10 +527,7 @@ std::shared_ptr<VLXImage> VLXCompositor::renderFrame(const VLXLayer& root, VLXSi
         walker.deviceScale = scale;
         renderInto(root, *m_context);
         walker.records = nullptr;
-        std::sort(m_newRecords.begin(), m_newRecords.end(),
-                  [](const LayerRecord& a, const LayerRecord& b) {
-                      return std::less<const VLXLayer*>()(a.model, b.model);
-                  });
+        std::sort(m_newRecords.begin(), m_newRecords.end(), LayerRecord::byModel);
         m_records.swap(m_newRecords);
     }
     m_lastImage = m_context->makeImage();
@@ -545,9 +547,7 @@ std::shared_ptr<VLXImage> VLXCompositor::renderFrame(const VLXLayer& root, VLXSi
 VLXCompositor::DamageBox VLXCompositor::damageBetween(const std::vector<LayerRecord>& previous,
                                                       std::vector<LayerRecord>& current,
                                                       VLXSize size, double scale) {
-    const auto byModel = [](const LayerRecord& a, const LayerRecord& b) {
-        return std::less<const VLXLayer*>()(a.model, b.model);
-    };
+    const auto byModel = LayerRecord::byModel;
     std::sort(current.begin(), current.end(), byModel);
     DamageBox damage;
     auto old = previous.begin();
