@@ -2,7 +2,9 @@
 # Checks that includes between the library's folders point one way: each folder may include
 # only folders of a lower rank (or its own). Framework folders sit above Core, Core above the
 # platform; inside the platform: Input → Views → Layers → Graphics → Device → Foundation →
-# Primitives.
+# Primitives. One exception: views and input are one layer in two folders. Input's classes take
+# views as their subjects, while the window dispatches touches and the scroll view drags with a
+# recogniser; so Views' .cpp files may include Input headers, but Views' headers never do.
 set -euo pipefail
 cd "$(dirname "$0")/../Source/VelmarCoreUI"
 
@@ -36,6 +38,7 @@ while IFS= read -r file; do
     while IFS= read -r included; do
         to=$(folder_of "$included")
         [[ $to == . || $to == "$from" ]] && continue
+        [[ $from == Platform/Views && $to == Platform/Input && $file == *.cpp ]] && continue
         if (($(rank "$to") >= $(rank "$from"))) && [[ $(rank "$from") -lt 8 ]]; then
             echo "layering: ${file#./} includes $included ($from may not include $to)"
             bad=1

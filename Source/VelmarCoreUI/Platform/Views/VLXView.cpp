@@ -265,6 +265,33 @@ bool VLXView::pointInside(VLXPoint point) const {
     return m_layer->containsPoint(point);
 }
 
+// --- touches ----------------------------------------------------------------------------------
+
+// Without a responder chain beyond views, unhandled touches go up the view tree.
+void VLXView::touchesBegan(const Touches& touches, const VLXEvent& event) {
+    if (m_superview) {
+        m_superview->touchesBegan(touches, event);
+    }
+}
+
+void VLXView::touchesMoved(const Touches& touches, const VLXEvent& event) {
+    if (m_superview) {
+        m_superview->touchesMoved(touches, event);
+    }
+}
+
+void VLXView::touchesEnded(const Touches& touches, const VLXEvent& event) {
+    if (m_superview) {
+        m_superview->touchesEnded(touches, event);
+    }
+}
+
+void VLXView::touchesCancelled(const Touches& touches, const VLXEvent& event) {
+    if (m_superview) {
+        m_superview->touchesCancelled(touches, event);
+    }
+}
+
 // --- gesture recognisers ----------------------------------------------------------------------
 
 void VLXView::addGestureRecognizer(std::shared_ptr<VLXGestureRecognizer> recognizer) {

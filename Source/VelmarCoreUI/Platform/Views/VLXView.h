@@ -15,10 +15,12 @@
 #include <VelmarCoreUI/Platform/Primitives/VLXGeometry.h>
 #include <VelmarCoreUI/VLXExport.h>
 
+class VLXEvent;
 class VLXGestureRecognizer;
 class VLXGraphicsContext;
 class VLXLayoutAnchor;
 class VLXLayoutGuide;
+class VLXTouch;
 class VLXWindow;
 
 /// Options of `VLXView::animate`, with the platform's bit values. The curve sits in bits 16–19.
@@ -186,9 +188,21 @@ public:
     /// True when `point` (in this view's coordinates) is inside the bounds.
     virtual bool pointInside(VLXPoint point) const;
 
+    // --- touches --------------------------------------------------------------------------
+    using Touches = std::vector<std::shared_ptr<VLXTouch>>;
+    /// The touches of this view (hit when they began) that began, moved, ended or were
+    /// cancelled, with their event, after the recognisers have seen them. The base passes them
+    /// on to the superview, so a container hears the touches of subviews that do not handle
+    /// them; the window ends the chain.
+    virtual void touchesBegan(const Touches& touches, const VLXEvent& event);
+    virtual void touchesMoved(const Touches& touches, const VLXEvent& event);
+    virtual void touchesEnded(const Touches& touches, const VLXEvent& event);
+    virtual void touchesCancelled(const Touches& touches, const VLXEvent& event);
+
     // --- gesture recognisers ----------------------------------------------------------------
-    /// Stored in the order added; adding one twice keeps one entry. The recogniser's `view` is
-    /// set by the recogniser kinds themselves.
+    /// Stored in the order added; adding one twice keeps one entry. Adding attaches the
+    /// recogniser to this view (moving it from any other view); removing detaches it, cancelling
+    /// a gesture in progress.
     void addGestureRecognizer(std::shared_ptr<VLXGestureRecognizer> recognizer);
     void removeGestureRecognizer(const VLXGestureRecognizer* recognizer);
     const std::vector<std::shared_ptr<VLXGestureRecognizer>>& gestureRecognizers() const {

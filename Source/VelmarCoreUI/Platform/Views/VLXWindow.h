@@ -8,16 +8,18 @@
 #include <VelmarCoreUI/VLXExport.h>
 
 class VLXCompositor;
+class VLXEvent;
 class VLXImage;
 class VLXScreen;
+class VLXTouchDispatch;
 
 /// The root of a view tree and its link to the host: it holds the screen it shows on and the
 /// safe-area insets, and one call per host frame runs the run loop's turn and returns what was
 /// drawn.
 ///
 /// A window is its own `window()`. Its layer tree is laid out, displayed and committed by the run
-/// loop's phases like any other; `renderFrame()` adds the composite. Touch delivery arrives with
-/// the input classes.
+/// loop's phases like any other; `renderFrame()` adds the composite. `sendEvent` delivers touch
+/// input to the views and gesture recognisers of the window.
 class VLX_EXPORT VLXWindow : public VLXView {
 public:
     /// A window filling the main screen's bounds.
@@ -47,6 +49,14 @@ public:
     std::shared_ptr<VLXImage> snapshot();
     /// The compositor `renderFrame` uses (its counters show reused frames).
     VLXCompositor& compositor() const { return *m_compositor; }
+
+    /// Delivers one event of touch input. A touch that begins is hit-tested once, at its
+    /// location; it then goes, for its whole life, to the enabled recognisers of the view hit,
+    /// of that view's ancestors and of the window (deepest first), and after them to the view's
+    /// touch methods, as the recognisers' `cancelsTouchesInView`, `delaysTouchesBegan` and
+    /// `delaysTouchesEnded` allow. Touches that hit nothing, touches of another window, moves
+    /// of touches that never began and repeated ends are ignored.
+    void sendEvent(const VLXEvent& event);
 
 protected:
     VLXWindow();
