@@ -115,3 +115,36 @@ TEST_F(PanGesture, TouchCountLimitsKeepItFromBeginning) {
     up({a}, VLXTouchPhase::Cancelled);
     EXPECT_EQ(log, (Log{"began", "changed", "cancelled"}));
 }
+
+TEST_F(PanGesture, OddOrdersBackwardTimeAndResetMidDrag) {
+    auto pan = attach(VLXPanGestureRecognizer::create());
+    auto call = [](const std::shared_ptr<VLXTouch>& t) {
+        return VLXEvent::create({t}, t->timestamp());
+    };
+    // The end of a touch it never saw begin, and its moves, change nothing.
+    auto stray = VLXTouch::create({10, 10}, 200, VLXTouchPhase::Moved);
+    pan->touchesMoved({stray}, *call(stray));
+    pan->touchesEnded({stray}, *call(stray));
+    EXPECT_EQ(pan->state(), VLXGestureRecognizerState::Possible);
+
+    // A second finger stamped earlier than the first: time is held, never run backwards.
+    auto a = VLXTouch::create({100, 100}, 200);
+    pan->touchesBegan({a}, *call(a));
+    auto b = VLXTouch::create({100, 150}, 150);
+    pan->touchesBegan({b}, *call(b));
+    b->update({160, 150}, 150.01, VLXTouchPhase::Moved);
+    pan->touchesMoved({b}, *call(b));
+    EXPECT_EQ(log, Log{"began"});
+    EXPECT_TRUE(pointNear(pan->translationInView(nullptr), {30, 0}));
+    EXPECT_TRUE(pointNear(pan->velocityInView(nullptr), {0, 0}));
+
+    // Reset mid-drag: the old touches are forgotten and the next drag starts afresh.
+    pan->reset();
+    a->update({300, 100}, 200.1, VLXTouchPhase::Moved);
+    pan->touchesMoved({a}, *call(a));
+    EXPECT_EQ(log, Log{"began"});
+    auto c = VLXTouch::create({50, 50}, 201);
+    pan->touchesBegan({c}, *call(c));
+    EXPECT_TRUE(pointNear(pan->translationInView(nullptr), {0, 0}));
+    pan->reset();
+}
