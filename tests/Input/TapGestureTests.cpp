@@ -1,5 +1,7 @@
 #include <VelmarCoreUI/Platform/Input/VLXTapGestureRecognizer.h>
 
+#include <VelmarCoreUI/Platform/Input/VLXLongPressGestureRecognizer.h>
+
 #include "GestureTestSupport.h"
 
 namespace {
@@ -114,4 +116,31 @@ TEST_F(TapGesture, CancelsStrayTouchesAndEarlyTeardownLeaveNothingBehind) {
     view->removeGestureRecognizer(tap.get());
     tap.reset();
     wait(1);
+}
+
+TEST_F(TapGesture, WaitsForALongPressToFailFirst) {
+    auto tap = VLXTapGestureRecognizer::create();
+    auto press = VLXLongPressGestureRecognizer::create();
+    for (auto [r, name] : {std::pair<VLXGestureRecognizer*, std::string>{tap.get(), "tap"},
+                           {press.get(), "press"}}) {
+        r->addAction([this, name](VLXGestureRecognizer& g) {
+            log.push_back(name + " " + VLXGestureRecognizerStateName(g.state()));
+        });
+    }
+    view->addGestureRecognizer(tap);
+    view->addGestureRecognizer(press);
+    tap->requireGestureRecognizerToFail(press);
+
+    // A quick tap: the press fails on the lift, which lets the tap through.
+    auto finger = down({100, 100});
+    wait(0.1);
+    up(finger);
+    EXPECT_EQ(log, Log{"tap ended"});
+
+    // Held past the delay: the press wins and the tap never fires.
+    log.clear();
+    finger = down({100, 100});
+    wait(0.6);
+    up(finger);
+    EXPECT_EQ(log, (Log{"press began", "press ended"}));
 }
