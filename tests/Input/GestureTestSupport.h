@@ -4,7 +4,6 @@
 // down, moved and lifted through the window, and the states the targets heard.
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,13 +17,12 @@
 #include <VelmarCoreUI/Platform/Input/VLXTouch.h>
 #include <VelmarCoreUI/Platform/Views/VLXWindow.h>
 
-inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+using Log = std::vector<std::string>;
 
 class GestureTest : public ::testing::Test {
 protected:
     void SetUp() override {
         VLXClock::setManual(m_now);
-        VLXRunLoop::main().runOnce();
         window = VLXWindow::createWithFrame({{0, 0}, {320, 480}});
         view = VLXView::createWithFrame({{20, 40}, {200, 300}});
         window->addSubview(view);
@@ -37,11 +35,11 @@ protected:
         VLXClock::setReal();
     }
 
-    // Adds `recognizer` to the view; its targets' states go to `log`.
+    // Adds `recognizer` to the view; what its targets hear goes to `log` as "<prefix>state".
     template <class R>
-    std::shared_ptr<R> attach(std::shared_ptr<R> recognizer) {
-        recognizer->addAction([this](VLXGestureRecognizer& r) {
-            log.push_back(VLXGestureRecognizerStateName(r.state()));
+    std::shared_ptr<R> attach(std::shared_ptr<R> recognizer, std::string prefix = "") {
+        recognizer->addAction([this, prefix](VLXGestureRecognizer& r) {
+            log.push_back(prefix + VLXGestureRecognizerStateName(r.state()));
         });
         view->addGestureRecognizer(recognizer);
         return recognizer;
@@ -49,52 +47,46 @@ protected:
 
     // Fingers down at window points, in one event.
     VLXTouchSet down(std::initializer_list<VLXPoint> points) {
-        VLXTouchSet made;
+        rest();
+        const auto first = m_live.size();
         for (VLXPoint p : points) {
-            made.push_back(VLXTouch::create(p, m_now, VLXTouchPhase::Began));
+            m_live.push_back(VLXTouch::create(p, m_now));
         }
-        markStationary();
-        m_live.insert(m_live.end(), made.begin(), made.end());
         send();
-        return made;
+        return {m_live.begin() + static_cast<std::ptrdiff_t>(first), m_live.end()};
     }
     std::shared_ptr<VLXTouch> down(VLXPoint p) { return down({p}).front(); }
-
-    void move(const std::shared_ptr<VLXTouch>& touch, VLXPoint p) { move({{touch, p}}); }
     void move(std::initializer_list<std::pair<std::shared_ptr<VLXTouch>, VLXPoint>> moves) {
-        markStationary();
+        rest();
         for (const auto& [touch, p] : moves) {
             touch->update(p, m_now, VLXTouchPhase::Moved);
         }
         send();
     }
-    void up(std::initializer_list<std::shared_ptr<VLXTouch>> touches,
-            VLXTouchPhase phase = VLXTouchPhase::Ended) {
-        markStationary();
+    void move(const std::shared_ptr<VLXTouch>& touch, VLXPoint p) { move({{touch, p}}); }
+    void up(const VLXTouchSet& touches, VLXTouchPhase phase = VLXTouchPhase::Ended) {
+        rest();
         for (const auto& touch : touches) {
             touch->update(touch->locationInView(nullptr), m_now, phase);
         }
         send();
         std::erase_if(m_live, [](const auto& t) { return t->isFinished(); });
     }
-    void up(const std::shared_ptr<VLXTouch>& touch) { up({touch}); }
+    void up(const std::shared_ptr<VLXTouch>& touch) { up(VLXTouchSet{touch}); }
 
     // Moves the clock on, firing the timers due on the way.
     void wait(double seconds) {
         m_now += seconds;
         VLXRunLoop::main().runUntil(m_now);
     }
-    double now() const { return m_now; }
 
     std::shared_ptr<VLXWindow> window;
     std::shared_ptr<VLXView> view;
-    std::vector<std::string> log;
+    Log log;
 
 private:
-    void markStationary() {
-        for (const auto& touch : m_live) {
-            touch->setPhase(VLXTouchPhase::Stationary);
-        }
+    void rest() {
+        std::ranges::for_each(m_live, [](auto& t) { t->setPhase(VLXTouchPhase::Stationary); });
     }
     void send() { window->sendEvent(*VLXEvent::create(m_live, m_now)); }
 
@@ -102,14 +94,6 @@ private:
     VLXTouchSet m_live;
 };
 
-using Log = std::vector<std::string>;
-
-inline ::testing::AssertionResult pointNear(VLXPoint actual, VLXPoint expected,
-                                            double tolerance = 1e-9) {
-    if (std::abs(actual.x - expected.x) <= tolerance &&
-        std::abs(actual.y - expected.y) <= tolerance) {
-        return ::testing::AssertionSuccess();
-    }
-    return ::testing::AssertionFailure() << "(" << actual.x << ", " << actual.y << ") is not ("
-                                         << expected.x << ", " << expected.y << ")";
+inline bool near(VLXPoint a, VLXPoint b, double tolerance = 1e-9) {
+    return std::abs(a.x - b.x) <= tolerance && std::abs(a.y - b.y) <= tolerance;
 }

@@ -2,31 +2,23 @@
 
 #include "GestureTestSupport.h"
 
-namespace {
-class LongPressGesture : public GestureTest {};
-}  // namespace
+using LongPressGesture = GestureTest;
 
 TEST_F(LongPressGesture, BeginsAfterTheDelayThenFollowsTheFinger) {
     auto press = attach(VLXLongPressGestureRecognizer::create());
     auto finger = down({100, 100});
-    move(finger, {108, 104});  // within the allowed 10 pt
+    move(finger, {108, 104});
     wait(0.49);
     EXPECT_TRUE(log.empty());
     wait(0.02);
     EXPECT_EQ(log, Log{"began"});
-    // Once begun, any distance is fine.
-    move(finger, {160, 200});
-    EXPECT_TRUE(pointNear(press->locationInView(view.get()), {140, 160}));
+    move(finger, {160, 200});  // any distance once begun
+    EXPECT_TRUE(near(press->locationInView(view.get()), {140, 160}));
     up(finger);
-    EXPECT_EQ(log, (Log{"began", "changed", "ended"}));
-    EXPECT_EQ(press->state(), VLXGestureRecognizerState::Possible);
-
-    // Cancelled after it began.
-    log.clear();
     finger = down({100, 100});
     wait(0.6);
     up({finger}, VLXTouchPhase::Cancelled);
-    EXPECT_EQ(log, (Log{"began", "cancelled"}));
+    EXPECT_EQ(log, (Log{"began", "changed", "ended", "began", "cancelled"}));
 }
 
 TEST_F(LongPressGesture, FailsOnEarlyLiftMovementOrAnExtraFinger) {
@@ -36,9 +28,6 @@ TEST_F(LongPressGesture, FailsOnEarlyLiftMovementOrAnExtraFinger) {
     move(finger, {100, 110.5});
     wait(1);
     up(finger);
-    auto pair = down({{100, 100}, {150, 150}});
-    wait(1);
-    up({pair[0], pair[1]});
     finger = down({100, 100});
     wait(0.2);
     auto extra = down({150, 150});
@@ -46,47 +35,25 @@ TEST_F(LongPressGesture, FailsOnEarlyLiftMovementOrAnExtraFinger) {
     up({finger, extra});
     EXPECT_TRUE(log.empty());
 
-    // Two required: the timer starts when the second finger is down.
+    // With two required, the delay runs from the second touch-down.
     press->setNumberOfTouchesRequired(2);
     auto a = down({100, 100});
     wait(0.3);
     auto b = down({140, 100});
-    wait(0.3);
+    wait(0.45);
     EXPECT_TRUE(log.empty());
-    wait(0.25);
+    wait(0.1);
     EXPECT_EQ(log, Log{"began"});
     up({a, b});
 }
 
-TEST_F(LongPressGesture, SettersClampAndTimersDieWithTheRecognizer) {
+TEST_F(LongPressGesture, NoDelayBeginsOnTheNextTurn) {
     auto press = attach(VLXLongPressGestureRecognizer::create());
-    press->setMinimumPressDuration(kNaN);
+    press->setMinimumPressDuration(std::nan(""));
     EXPECT_EQ(press->minimumPressDuration(), 0.0);
-    press->setMinimumPressDuration(-1);
-    EXPECT_EQ(press->minimumPressDuration(), 0.0);
-    press->setAllowableMovement(-3);
-    EXPECT_EQ(press->allowableMovement(), 0.0);
-    press->setNumberOfTouchesRequired(0);
-    EXPECT_EQ(press->numberOfTouchesRequired(), 1u);
-
-    // No delay: begins on the next turn of the run loop.
     auto finger = down({100, 100});
+    EXPECT_TRUE(log.empty());
     wait(0);
-    EXPECT_EQ(log, Log{"began"});
     up(finger);
-
-    // Reset or destroyed while the timer runs: nothing fires later.
-    log.clear();
-    press->setMinimumPressDuration(0.5);
-    finger = down({100, 100});
-    press->reset();
-    wait(1);
-    EXPECT_TRUE(log.empty());
-    up(finger);
-    finger = down({100, 100});
-    view->removeGestureRecognizer(press.get());
-    press.reset();
-    wait(1);
-    up(finger);
-    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(log, (Log{"began", "ended"}));
 }
