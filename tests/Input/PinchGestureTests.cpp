@@ -55,6 +55,7 @@ TEST_F(PinchGesture, DegenerateDistancesSetScaleAndExtraFingers) {
 
     // A third finger is not part of the pinch.
     auto three = down({{100, 100}, {200, 100}, {150, 300}});
+    EXPECT_EQ(pinch->numberOfTouches(), 2u);
     move(three[2], {10, 10});
     EXPECT_EQ(log.size(), 3u);
     move(three[1], {220, 100});
