@@ -59,3 +59,28 @@ TEST_F(LongPressGesture, NoDelayBeginsOnTheNextTurn) {
     up(finger);
     EXPECT_EQ(log, (Log{"began", "ended"}));
 }
+
+TEST_F(LongPressGesture, TapsBeforeThePress) {
+    auto press = attach(VLXLongPressGestureRecognizer::create());
+    press->setNumberOfTapsRequired(1);
+    // Held without a tap first, it only counts as the tap; no press follows in time.
+    auto finger = down({100, 100});
+    wait(0.6);
+    up(finger);
+    wait(0.4);
+    EXPECT_TRUE(log.empty());
+    // Tap, then press within the interval.
+    up(down({100, 100}));
+    wait(0.3);
+    finger = down({104, 100});
+    wait(0.6);
+    up(finger);
+    EXPECT_EQ(log, (Log{"began", "ended"}));
+    // Too long a gap: the second touch starts a new series.
+    up(down({100, 100}));
+    wait(0.4);
+    finger = down({100, 100});
+    wait(0.6);
+    up(finger);
+    EXPECT_EQ(log.size(), 2u);
+}

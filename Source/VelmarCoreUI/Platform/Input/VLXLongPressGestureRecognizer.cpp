@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
+#include <VelmarCoreUI/Platform/Input/VLXTapGestureRecognizer.h>
 
 namespace {
 double nonNegative(double value) {
@@ -17,7 +18,11 @@ struct VLXLongPressGestureRecognizer::Impl {
         VLXPoint down;  // window coordinates
     };
     std::vector<Finger> fingers;
+    // The press delay while the fingers are down, the wait for the next touch-down between taps.
     std::shared_ptr<VLXTimer> timer;
+    std::uint32_t tapsDone = 0;     // taps before the press
+    std::uint32_t downThisTap = 0;  // fingers that came down since the last tap
+    bool allDown = false;           // the required fingers were down together
     // The press lasted long enough and asked to begin (it may still be waiting on another
     // recogniser to fail, and then reads possible).
     bool asked = false;
@@ -68,18 +73,26 @@ void VLXLongPressGestureRecognizer::touchesBegan(const VLXTouchSet& touches,
         }
         return;
     }
+    if (m_impl->fingers.empty()) {
+        m_impl->stopTimer();  // the next tap, or the press, came down in time
+    }
     for (const auto& touch : touches) {
         if (touch && !m_impl->find(touch.get())) {
             m_impl->fingers.push_back({touch, touch->locationInView(nullptr)});
+            ++m_impl->downThisTap;
         }
     }
-    if (m_impl->fingers.size() > m_touchesRequired) {
+    if (m_impl->downThisTap > m_touchesRequired) {
         m_impl->stopTimer();
         setState(VLXGestureRecognizerState::Failed);
         return;
     }
     if (m_impl->fingers.size() < m_touchesRequired || m_impl->timer) {
         return;
+    }
+    m_impl->allDown = true;
+    if (m_impl->tapsDone < m_tapsRequired) {
+        return;  // a tap before the press: its lift counts
     }
     std::weak_ptr<VLXLongPressGestureRecognizer> weak = sharedFrom<VLXLongPressGestureRecognizer>();
     m_impl->timer = VLXTimer::scheduledTimer(m_minimumPressDuration, false, [weak](VLXTimer&) {
@@ -130,6 +143,16 @@ void VLXLongPressGestureRecognizer::touchesEnded(const VLXTouchSet& touches, con
     if (!lifted) {
         return;
     }
+    if (state() == VLXGestureRecognizerState::Possible && !m_impl->asked &&
+        m_impl->tapsDone < m_tapsRequired && m_impl->allDown) {
+        if (m_impl->fingers.empty()) {
+            ++m_impl->tapsDone;
+            m_impl->downThisTap = 0;
+            m_impl->allDown = false;
+            waitForNextTouchDown();
+        }
+        return;
+    }
     m_impl->stopTimer();
     switch (state()) {
         case VLXGestureRecognizerState::Possible:
@@ -168,9 +191,24 @@ void VLXLongPressGestureRecognizer::touchesCancelled(const VLXTouchSet& touches,
     }
 }
 
+void VLXLongPressGestureRecognizer::waitForNextTouchDown() {
+    std::weak_ptr<VLXLongPressGestureRecognizer> weak = sharedFrom<VLXLongPressGestureRecognizer>();
+    m_impl->timer = VLXTimer::scheduledTimer(
+        VLXTapGestureRecognizer::kMaximumTapInterval, false, [weak](VLXTimer&) {
+            auto self = weak.lock();
+            if (self && self->state() == VLXGestureRecognizerState::Possible) {
+                self->m_impl->timer.reset();
+                self->setState(VLXGestureRecognizerState::Failed);
+            }
+        });
+}
+
 void VLXLongPressGestureRecognizer::reset() {
     m_impl->stopTimer();
     m_impl->fingers.clear();
+    m_impl->tapsDone = 0;
+    m_impl->downThisTap = 0;
+    m_impl->allDown = false;
     m_impl->asked = false;
     VLXGestureRecognizer::reset();
 }

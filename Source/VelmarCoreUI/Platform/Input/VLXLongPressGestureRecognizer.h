@@ -25,7 +25,9 @@ public:
     /// 1 by default; 0 is stored as 1.
     std::uint32_t numberOfTouchesRequired() const { return m_touchesRequired; }
     void setNumberOfTouchesRequired(std::uint32_t touches);
-    /// Taps before the press (0 by default). Stored only: presses are recognised as with 0.
+    /// Taps before the press (0 by default): that many taps of the required fingers, each held
+    /// still and the next coming down within `VLXTapGestureRecognizer::kMaximumTapInterval` of
+    /// the lift, then the press itself.
     std::uint32_t numberOfTapsRequired() const { return m_tapsRequired; }
     void setNumberOfTapsRequired(std::uint32_t taps) { m_tapsRequired = taps; }
 
@@ -39,6 +41,9 @@ protected:
     VLXLongPressGestureRecognizer();
 
 private:
+    // Fails the recogniser unless a finger comes down within the tap interval.
+    void waitForNextTouchDown();
+
     struct Impl;
     std::unique_ptr<Impl> m_impl;
     double m_minimumPressDuration = 0.5;
