@@ -155,7 +155,10 @@ void VLXGestureRecognizer::attachToView(VLXView* view) {
     if (auto arena = m_arena.lock()) {
         arena->leave(*this);
     }
-    if (m_state != VLXGestureRecognizerState::Possible || m_waitingFor) {
+    m_arena.reset();
+    // A recogniser leaving a view forgets everything, timers of a gesture still possible
+    // included.
+    if (!m_view.expired() || m_state != VLXGestureRecognizerState::Possible || m_waitingFor) {
         reset();
     }
     ++m_decisions;

@@ -182,3 +182,9 @@ void VLXTapGestureRecognizer::reset() {
     m_impl->allDownTogether = false;
     VLXGestureRecognizer::reset();
 }
+
+bool VLXTapGestureRecognizer::canPreventGestureRecognizer(const VLXGestureRecognizer& other) const {
+    const auto* tap = dynamic_cast<const VLXTapGestureRecognizer*>(&other);
+    return !tap || tap->numberOfTapsRequired() <= m_tapsRequired ||
+           tap->numberOfTouchesRequired() != m_touchesRequired;
+}

@@ -39,6 +39,9 @@ public:
     void touchesEnded(const VLXTouchSet& touches, const VLXEvent& event) override;
     void touchesCancelled(const VLXTouchSet& touches, const VLXEvent& event) override;
     void reset() override;
+    /// A recognised tap does not fail a tap recogniser that needs more taps of as many
+    /// fingers: a double tap also fires the single tap, as two series of one finger would.
+    bool canPreventGestureRecognizer(const VLXGestureRecognizer& other) const override;
 
 protected:
     VLXTapGestureRecognizer();

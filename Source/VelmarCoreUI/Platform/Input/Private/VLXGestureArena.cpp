@@ -35,9 +35,6 @@ void VLXGestureArena::join(VLXGestureRecognizer& recognizer) {
 
 void VLXGestureArena::leave(VLXGestureRecognizer& recognizer) {
     std::erase_if(m_members, [&](const auto& member) { return member.get() == &recognizer; });
-    if (recognizer.m_arena.lock().get() == this) {
-        recognizer.m_arena.reset();
-    }
 }
 
 bool VLXGestureArena::isMember(const VLXGestureRecognizer& recognizer) const {
@@ -139,6 +136,10 @@ void VLXGestureArena::stateDidChange(VLXGestureRecognizer& recognizer) {
     }
     resumeWaiters();
     settleIdle();
+    // One that left undecided and decides later (a tap's timeout) is reset all the same.
+    if (!isMember(recognizer) && recognizer.touches().empty() && isTerminal(recognizer.state())) {
+        recognizer.reset();
+    }
 }
 
 void VLXGestureArena::resumeWaiters() {

@@ -25,9 +25,10 @@ class VLXGestureArena : public std::enable_shared_from_this<VLXGestureArena> {
 public:
     using StateObserver = std::function<void(VLXGestureRecognizer&)>;
 
-    /// Makes `recognizer` a member (once) and links it to this arena.
+    /// Makes `recognizer` a member (once) and links it to this arena. The link outlives the
+    /// membership, so a recogniser that decides later still reports to the window.
     void join(VLXGestureRecognizer& recognizer);
-    /// Removes `recognizer` (no longer waiting, no touches, or detached from its view).
+    /// Ends the membership of `recognizer`.
     void leave(VLXGestureRecognizer& recognizer);
     const std::vector<std::shared_ptr<VLXGestureRecognizer>>& members() const { return m_members; }
 
