@@ -125,7 +125,7 @@ TEST(ScrollViewPan, DragFollowsTheFingerWithinTheContent) {
     // Far past either end: the offset stops at the content's edges (no rubber band).
     scene.synth.drag({90, 90}, {-400, -400});
     EXPECT_EQ(scroll.contentOffset(), (VLXPoint{200, 300}));
-    scene.synth.drag({10, 10}, {290, 290});
+    scene.synth.drag({10, 10}, {295, 315});
     EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 0}));
     EXPECT_FALSE(scroll.isDecelerating());
 

@@ -201,7 +201,8 @@ TEST(TouchSynthesizer, SingleEventsMarkOtherFingersStationaryAndDropLiftedOnes) 
     scene.logger->phases.clear();
     synth.touchDown(0, {300, 200});
     synth.tap({20, 20});
-    EXPECT_EQ(scene.logger->phases[0], "SB");
+    ASSERT_GE(scene.logger->phases.size(), 2u);
+    EXPECT_EQ(scene.logger->phases[1], "SB");
     EXPECT_EQ(synth.activeTouchCount(), 1u);
     synth.lift(0);
 }
