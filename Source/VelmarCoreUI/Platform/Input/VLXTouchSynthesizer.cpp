@@ -26,7 +26,9 @@ VLXTouchSynthesizer::VLXTouchSynthesizer(const std::shared_ptr<VLXWindow>& windo
     : m_window(window) {}
 
 VLXTouchSynthesizer::~VLXTouchSynthesizer() {
-    // A window that outlives us must not keep fingers that will never lift.
+    // A window that outlives us must not keep fingers that will never lift. The observer may
+    // capture things already gone, so it is not told.
+    m_observer = nullptr;
     if (!m_touches.empty()) {
         cancelAll();
     }

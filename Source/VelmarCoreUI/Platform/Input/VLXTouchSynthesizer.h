@@ -32,7 +32,9 @@ class VLXWindow;
 /// starts fresh. Gestures use the lowest finger numbers not down. Waits and gesture durations
 /// that are NaN or negative count as 0; longer ones than `kMaximumDuration` (infinity too) are
 /// cut to it. Fingers still down when
-/// the synthesiser is destroyed are cancelled.
+/// the synthesiser is destroyed are cancelled (without telling the observer). Inside a run-loop
+/// turn (a timer's callback, say) the waits cannot run the loop, so a gesture's events all
+/// carry the same time.
 class VLX_EXPORT VLXTouchSynthesizer {
 public:
     /// Seconds between the move events of a drag or pinch (60 per second).
