@@ -47,3 +47,4 @@ GalleryPage makeControlsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeControllersPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeWidgetsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeGesturesPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeScrollingPage(const std::filesystem::path& outputDirectory);
