@@ -187,6 +187,7 @@ void buildLongPress(SceneBuilder& b) {
     b.scene.scripts.push_back({"A tap too short to count, then a press held for one second.",
                                [c](VLXTouchSynthesizer& synth) {
                                    synth.tap(c);
+                                   synth.wait(VLXTouchSynthesizer::kSettleDuration);
                                    synth.longPress(c, 1.0);
                                }});
 }
@@ -242,8 +243,9 @@ void buildTaps(SceneBuilder& b) {
         {"A single tap (recognised once the double tap has timed out), then a double tap.",
          [c](VLXTouchSynthesizer& synth) {
              synth.tap(c);
-             synth.wait(0.2);
+             synth.wait(VLXTouchSynthesizer::kSettleDuration);
              synth.doubleTap(c);
+             synth.wait(VLXTouchSynthesizer::kSettleDuration);
          }});
 }
 

@@ -1,0 +1,209 @@
+// The scenes played end to end by the touch synthesiser on the manual clock, checked by what
+// the window shows and what the recognisers logged.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <set>
+#include <string>
+
+#include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
+#include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
+#include <VelmarCoreUI/Platform/Input/VLXTouchSynthesizer.h>
+#include <VelmarCoreUI/Platform/Views/VLXScrollView.h>
+#include <VelmarCoreUI/Platform/Views/VLXWindow.h>
+#include "Scenes.h"
+
+namespace {
+
+struct RGB {
+    double r = 0, g = 0, b = 0;
+};
+
+RGB colourAt(VLXWindow& window, double x, double y) {
+    auto image = window.snapshot();
+    RGB c;
+    double a = 0;
+    if (image) {
+        image->colorAtPixel(static_cast<int>(x), static_cast<int>(y)).getRed(&c.r, &c.g, &c.b, &a);
+    }
+    return c;
+}
+
+// The bounding box of the pixels for which `match` holds (empty when none).
+template <class Match>
+VLXRect boxOf(VLXWindow& window, Match match) {
+    auto image = window.snapshot();
+    int x0 = std::numeric_limits<int>::max(), y0 = x0, x1 = -1, y1 = -1;
+    for (int y = 0; image && y < image->pixelHeight(); ++y) {
+        for (int x = 0; x < image->pixelWidth(); ++x) {
+            RGB c;
+            double a = 0;
+            image->colorAtPixel(x, y).getRed(&c.r, &c.g, &c.b, &a);
+            if (match(c)) {
+                x0 = std::min(x0, x), y0 = std::min(y0, y);
+                x1 = std::max(x1, x), y1 = std::max(y1, y);
+            }
+        }
+    }
+    return x1 < 0 ? VLXRect{}
+                  : VLXRect{{double(x0), double(y0)}, {double(x1 - x0 + 1), double(y1 - y0 + 1)}};
+}
+
+bool contains(const std::vector<std::string>& lines, const std::string& line) {
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+std::ptrdiff_t indexOf(const std::vector<std::string>& lines, const std::string& line) {
+    auto found = std::find(lines.begin(), lines.end(), line);
+    return found == lines.end() ? -1 : found - lines.begin();
+}
+
+class ScenesTest : public ::testing::Test {
+protected:
+    void SetUp() override { VLXClock::setManual(1000); }
+    void TearDown() override { VLXClock::setReal(); }
+};
+
+TEST(SceneLogTest, FoldsRunsOfTheSameLine) {
+    SceneLog log;
+    log.append("pan: began");
+    log.append("pan: changed");
+    log.append("pan: changed");
+    log.append("pan: changed");
+    log.append("pan: ended");
+    log.append("pan: changed");
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{"pan: began", "pan: changed ×3", "pan: ended",
+                                                     "pan: changed"}));
+    log.clear();
+    log.append("pan: changed");
+    EXPECT_EQ(log.lines(), std::vector<std::string>{"pan: changed"});
+}
+
+TEST_F(ScenesTest, EveryNameBuildsAndBadArgumentsStillGiveAUsableWindow) {
+    const auto& names = interactionSceneNames();
+    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
+    for (const auto& name : names) {
+        auto scene = makeInteractionScene(name);
+        ASSERT_TRUE(scene.window) << name;
+        EXPECT_EQ(scene.name, name);
+        EXPECT_FALSE(scene.scripts.empty()) << name;
+        EXPECT_TRUE(scene.window->renderFrame()) << name;
+    }
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    auto odd = makeInteractionScene("no such scene", {nan, 1e12}, -3);
+    ASSERT_TRUE(odd.window);
+    EXPECT_TRUE(odd.scripts.empty());
+    EXPECT_EQ(odd.window->bounds().size.width, 160);
+    EXPECT_EQ(odd.window->bounds().size.height, 4096);
+    auto tiny = makeInteractionScene("taps", {0, 0}, nan);
+    EXPECT_EQ(tiny.window->bounds().size.width, 160);
+    EXPECT_TRUE(tiny.window->snapshot());
+}
+
+TEST_F(ScenesTest, LongPressColoursTheBoxOnlyWhileHeld) {
+    auto scene = makeInteractionScene("long-press");
+    const VLXPoint c{180, 260};  // the box's centre
+    const RGB idle = colourAt(*scene.window, c.x, c.y);
+    EXPECT_GT(idle.b, idle.r);
+    VLXTouchSynthesizer synth(scene.window);
+    synth.touchDown(0, c);
+    synth.wait(0.3);
+    EXPECT_GT(colourAt(*scene.window, c.x, c.y).b, colourAt(*scene.window, c.x, c.y).r);
+    synth.wait(0.4);
+    const RGB held = colourAt(*scene.window, c.x, c.y);
+    EXPECT_GT(held.r, held.b);
+    synth.lift(0);
+    const RGB after = colourAt(*scene.window, c.x, c.y);
+    EXPECT_NEAR(after.b, idle.b, 0.02);
+
+    // The scripted short tap fails the press; the long one begins and ends it.
+    scene.log->clear();
+    scene.scripts.at(0).play(synth);
+    EXPECT_EQ(
+        scene.log->lines(),
+        (std::vector<std::string>{"long press: failed", "long press: began", "long press: ended"}));
+}
+
+TEST_F(ScenesTest, SingleTapWaitsForTheDoubleTapAndTheDoubleTapGrowsTheCircle) {
+    auto scene = makeInteractionScene("taps");
+    auto purple = [](const RGB& c) { return c.b > 0.6 && c.r > 0.35 && c.g < 0.6; };
+    const VLXRect before = boxOf(*scene.window, purple);
+    ASSERT_GT(before.size.width, 40);
+    VLXTouchSynthesizer synth(scene.window);
+    scene.scripts.at(0).play(synth);
+    const auto& log = scene.log->lines();
+    const auto single = indexOf(log, "single tap: ended");
+    const auto twice = indexOf(log, "double tap: ended");
+    ASSERT_GE(single, 0);
+    ASSERT_GE(twice, 0);
+    EXPECT_LT(single, twice);
+    // The double tap's second tap is no single tap: exactly one single tap was recognised.
+    EXPECT_EQ(std::count(log.begin(), log.end(), "single tap: ended"), 1);
+    EXPECT_TRUE(contains(log, "double tap: failed"));  // the first, lone tap
+    synth.wait(0.5);
+    const VLXRect after = boxOf(*scene.window, [](const RGB& c) {
+        return std::max({c.r, c.g, c.b}) - std::min({c.r, c.g, c.b}) > 0.3;
+    });
+    EXPECT_NEAR(after.size.width, before.size.width * 1.4, 3);
+}
+
+TEST_F(ScenesTest, PinchScalesTheSquareByTheFingersRatio) {
+    auto scene = makeInteractionScene("pinch");
+    auto green = [](const RGB& c) { return c.g > 0.6 && c.r < 0.7 && c.b < 0.7; };
+    const VLXRect before = boxOf(*scene.window, green);
+    EXPECT_NEAR(before.size.width, 80, 2);
+    VLXTouchSynthesizer synth(scene.window);
+    scene.scripts.at(0).play(synth);
+    const VLXRect after = boxOf(*scene.window, green);
+    EXPECT_NEAR(after.size.width, 240, 4);  // 60 → 180 points apart
+    EXPECT_NEAR(after.origin.x + after.size.width / 2, before.origin.x + before.size.width / 2, 2);
+    EXPECT_TRUE(contains(scene.log->lines(), "pinch: began"));
+    EXPECT_TRUE(contains(scene.log->lines(), "pinch: ended"));
+}
+
+TEST_F(ScenesTest, ScrollFollowsTheDragAndKeepsGoingAfterTheLift) {
+    auto scene = makeInteractionScene("scroll");
+    std::shared_ptr<VLXScrollView> scroll;
+    for (const auto& view : scene.window->subviews()) {
+        if (auto s = std::dynamic_pointer_cast<VLXScrollView>(view)) {
+            scroll = s;
+        }
+    }
+    ASSERT_TRUE(scroll);
+    VLXTouchSynthesizer synth(scene.window);
+    synth.drag({180, 420}, {180, 260}, 0.2);
+    const double atLift = scroll->contentOffset().y;
+    EXPECT_GT(atLift, 100);
+    synth.wait(1.0);
+    scene.window->renderFrame();
+    EXPECT_GT(scroll->contentOffset().y, atLift + 20);
+    EXPECT_TRUE(contains(scene.log->lines(), "scroll pan: began"));
+    EXPECT_TRUE(contains(scene.log->lines(), "scroll pan: ended"));
+}
+
+TEST_F(ScenesTest, EdgeSwipeOpensTheDrawerOnlyForASwipeAwayFromTheEdge) {
+    const auto& names = interactionSceneNames();
+    ASSERT_NE(std::find(names.begin(), names.end(), "edge-swipe"), names.end());
+    auto drawerShown = [](VLXWindow& window) {
+        const RGB c = colourAt(window, 100, 260);
+        return c.r < 0.4 && c.g < 0.4;  // the dark drawer, not the light panel
+    };
+    auto accepted = makeInteractionScene("edge-swipe");
+    ASSERT_EQ(accepted.scripts.size(), 2u);
+    EXPECT_FALSE(drawerShown(*accepted.window));
+    VLXTouchSynthesizer synth(accepted.window);
+    accepted.scripts[0].play(synth);
+    EXPECT_TRUE(drawerShown(*accepted.window));
+    EXPECT_TRUE(contains(accepted.log->lines(), "edge swipe: began"));
+    EXPECT_TRUE(contains(accepted.log->lines(), "edge swipe: ended"));
+
+    auto refused = makeInteractionScene("edge-swipe");
+    VLXTouchSynthesizer other(refused.window);
+    refused.scripts[1].play(other);
+    EXPECT_FALSE(drawerShown(*refused.window));
+    EXPECT_EQ(refused.log->lines(), std::vector<std::string>{"edge swipe: failed"});
+}
+
+}  // namespace
