@@ -83,6 +83,10 @@
 #include <VelmarCoreUI/Platform/Views/VLXView.h>
 #include <VelmarCoreUI/Platform/Views/VLXViewController.h>
 #include <VelmarCoreUI/Platform/Views/VLXWindow.h>
+#include <VelmarCoreUI/Platform/Input/VLXEvent.h>
+#include <VelmarCoreUI/Platform/Input/VLXGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXTouch.h>
+#include <VelmarCoreUI/Platform/Input/VLXTouchSynthesizer.h>
 #include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXFontUtilities.h>
 #include <VelmarCoreUI/Utilities/VLXGeometryFunctions.h>

@@ -78,8 +78,12 @@ public:
 /// to begin while another of its touches has already begun fails.
 ///
 /// After its last touch has ended, a recogniser in ended, cancelled or failed is `reset` to
-/// possible, so each touch sequence ends in exactly one outcome. Disabling a recogniser cancels
-/// a begun gesture, fails a possible one, and keeps touches from it until enabled again.
+/// possible, so each touch sequence ends in exactly one outcome; a gesture still began or
+/// changed then is cancelled first (a gesture cannot outlive its touches). One still possible
+/// stays so (a tap waiting for its next tap decides from a timer). Outside a window nothing
+/// resets a recogniser: call `reset()`. Disabling a recogniser cancels a begun gesture, fails
+/// a possible one, and keeps touches from it until enabled again; removing it from its view
+/// cancels a begun gesture and resets it.
 class VLX_EXPORT VLXGestureRecognizer : public VLXObject {
 public:
     using Action = std::function<void(VLXGestureRecognizer&)>;
@@ -204,6 +208,9 @@ private:
     VLXPoint m_lastLocation{};  // window coordinates
     std::weak_ptr<VLXGestureArena> m_arena;
     std::optional<VLXGestureRecognizerState> m_waitingFor;  // the state asked for while waiting
+    // Counts the decisions taken (entering ended, cancelled or failed, reset, detach), so the
+    // window knows when a touch it holds back has been decided.
+    std::uint64_t m_decisions = 0;
     bool m_enabled = true;
     bool m_cancelsTouchesInView = true;
     bool m_delaysTouchesBegan = false;

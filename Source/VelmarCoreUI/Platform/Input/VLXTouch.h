@@ -71,6 +71,7 @@ protected:
     VLXTouch();
 
 private:
+    friend class VLXGestureRecognizer;
     friend class VLXTouchDispatch;
 
     VLXPoint m_location{};

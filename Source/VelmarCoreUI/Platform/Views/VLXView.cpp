@@ -9,6 +9,7 @@
 #include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXStringFormat.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
+#include <VelmarCoreUI/Platform/Input/VLXGestureRecognizer.h>
 #include <VelmarCoreUI/Platform/Views/Private/VLXViewInternal.h>
 #include <VelmarCoreUI/Platform/Views/VLXWindow.h>
 
@@ -299,12 +300,22 @@ void VLXView::addGestureRecognizer(std::shared_ptr<VLXGestureRecognizer> recogni
                                  recognizer) != m_gestureRecognizers.end()) {
         return;
     }
-    m_gestureRecognizers.push_back(std::move(recognizer));
+    if (auto* previous = recognizer->view()) {
+        previous->removeGestureRecognizer(recognizer.get());
+    }
+    m_gestureRecognizers.push_back(recognizer);
+    recognizer->attachToView(this);
 }
 
 void VLXView::removeGestureRecognizer(const VLXGestureRecognizer* recognizer) {
-    std::erase_if(m_gestureRecognizers,
-                  [recognizer](const auto& r) { return r.get() == recognizer; });
+    auto it = std::find_if(m_gestureRecognizers.begin(), m_gestureRecognizers.end(),
+                           [recognizer](const auto& r) { return r.get() == recognizer; });
+    if (it == m_gestureRecognizers.end()) {
+        return;
+    }
+    auto removed = *it;
+    m_gestureRecognizers.erase(it);
+    removed->attachToView(nullptr);
 }
 
 // --- description ------------------------------------------------------------------------------

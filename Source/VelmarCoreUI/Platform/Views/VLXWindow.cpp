@@ -1,12 +1,14 @@
 #include <VelmarCoreUI/Platform/Views/VLXWindow.h>
 
 #include <cmath>
+#include <memory>
 
 #include <VelmarCoreUI/Platform/Device/VLXScreen.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXGraphicsImageContext.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXImage.h>
+#include <VelmarCoreUI/Platform/Input/Private/VLXTouchDispatch.h>
 #include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
 #include <VelmarCoreUI/Platform/Layers/VLXTransaction.h>
 #include <VelmarCoreUI/Platform/Views/Private/VLXViewInternal.h>
@@ -127,4 +129,11 @@ std::shared_ptr<VLXImage> VLXWindow::snapshot() {
     }
     VLXGraphicsEndImageContext();
     return image;
+}
+
+void VLXWindow::sendEvent(const VLXEvent& event) {
+    if (!m_dispatch) {
+        m_dispatch = std::make_unique<VLXTouchDispatch>(*this);
+    }
+    m_dispatch->sendEvent(event);
 }

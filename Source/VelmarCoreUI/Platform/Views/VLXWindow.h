@@ -65,6 +65,7 @@ protected:
 private:
     std::shared_ptr<VLXScreen> m_screen;
     std::shared_ptr<VLXCompositor> m_compositor;
+    std::unique_ptr<VLXTouchDispatch> m_dispatch;  // made by the first event
     VLXEdgeInsets m_safeAreaInsets{};
     double m_appliedScale = 0;  // the screen scale the tree's contents scales were set for
 };
