@@ -57,6 +57,10 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXTextAttributes.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimationGroup.h>
+#include <VelmarCoreUI/Platform/Input/VLXLongPressGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXPanGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXPinchGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXTapGestureRecognizer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXBasicAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
 #include <VelmarCoreUI/Platform/Layers/VLXGradientLayer.h>
@@ -99,5 +103,6 @@
 #include <VelmarCoreUI/Views/VLXCircularLayer.h>
 #include <VelmarCoreUI/Views/VLXCircularProgressView.h>
 #include <VelmarCoreUI/Views/VLXControlEventHandlers.h>
+#include <VelmarCoreUI/Views/VLXEdgeSwipeGestureRecognizer.h>
 #include <VelmarCoreUI/Views/VLXGradientView.h>
 #include <VelmarCoreUI/Views/VLXShapeView.h>

@@ -1,0 +1,159 @@
+#include <VelmarCoreUI/Platform/Input/VLXTapGestureRecognizer.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
+
+namespace {
+double distanceBetween(VLXPoint a, VLXPoint b) {
+    return std::hypot(a.x - b.x, a.y - b.y);
+}
+}  // namespace
+
+struct VLXTapGestureRecognizer::Impl {
+    struct Finger {
+        std::shared_ptr<VLXTouch> touch;
+        VLXPoint down;  // window coordinates
+    };
+    std::vector<Finger> fingers;      // down now
+    std::uint32_t tapsDone = 0;       // completed taps of the series
+    std::uint32_t downThisTap = 0;    // fingers that came down during the current tap
+    bool allDownTogether = false;     // the required fingers were down at one moment
+    std::shared_ptr<VLXTimer> timer;  // the wait for the next tap
+
+    Finger* find(const VLXTouch* touch) {
+        auto it = std::find_if(fingers.begin(), fingers.end(),
+                               [touch](const Finger& f) { return f.touch.get() == touch; });
+        return it == fingers.end() ? nullptr : &*it;
+    }
+    void stopTimer() {
+        if (timer) {
+            timer->invalidate();
+            timer.reset();
+        }
+    }
+};
+
+VLXTapGestureRecognizer::VLXTapGestureRecognizer() : m_impl(std::make_unique<Impl>()) {}
+
+VLXTapGestureRecognizer::~VLXTapGestureRecognizer() {
+    m_impl->stopTimer();
+}
+
+std::shared_ptr<VLXTapGestureRecognizer> VLXTapGestureRecognizer::create() {
+    return makeInitialized<VLXTapGestureRecognizer>();
+}
+
+void VLXTapGestureRecognizer::setNumberOfTapsRequired(std::uint32_t taps) {
+    m_tapsRequired = std::max<std::uint32_t>(taps, 1);
+}
+
+void VLXTapGestureRecognizer::setNumberOfTouchesRequired(std::uint32_t touches) {
+    m_touchesRequired = std::max<std::uint32_t>(touches, 1);
+}
+
+void VLXTapGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const VLXEvent&) {
+    if (state() != VLXGestureRecognizerState::Possible) {
+        return;
+    }
+    // The next tap came down in time.
+    m_impl->stopTimer();
+    for (const auto& touch : touches) {
+        if (!touch || m_impl->find(touch.get())) {
+            continue;
+        }
+        m_impl->fingers.push_back({touch, touch->locationInView(nullptr)});
+        ++m_impl->downThisTap;
+    }
+    if (m_impl->downThisTap > m_touchesRequired) {
+        m_impl->stopTimer();
+        setState(VLXGestureRecognizerState::Failed);
+        return;
+    }
+    if (m_impl->fingers.size() == m_touchesRequired) {
+        m_impl->allDownTogether = true;
+    }
+}
+
+void VLXTapGestureRecognizer::touchesMoved(const VLXTouchSet& touches, const VLXEvent&) {
+    if (state() != VLXGestureRecognizerState::Possible) {
+        return;
+    }
+    for (const auto& touch : touches) {
+        const Impl::Finger* finger = touch ? m_impl->find(touch.get()) : nullptr;
+        if (finger &&
+            distanceBetween(touch->locationInView(nullptr), finger->down) > kMaximumMovement) {
+            setState(VLXGestureRecognizerState::Failed);
+            return;
+        }
+    }
+}
+
+void VLXTapGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const VLXEvent&) {
+    if (state() != VLXGestureRecognizerState::Possible) {
+        return;
+    }
+    bool lifted = false;
+    for (const auto& touch : touches) {
+        const Impl::Finger* finger = touch ? m_impl->find(touch.get()) : nullptr;
+        if (!finger) {
+            continue;  // a touch this recogniser never saw begin
+        }
+        if (distanceBetween(touch->locationInView(nullptr), finger->down) > kMaximumMovement) {
+            setState(VLXGestureRecognizerState::Failed);
+            return;
+        }
+        std::erase_if(m_impl->fingers,
+                      [&touch](const Impl::Finger& f) { return f.touch == touch; });
+        lifted = true;
+    }
+    if (!lifted) {
+        return;
+    }
+    if (!m_impl->allDownTogether) {
+        // A finger lifted before the others of the tap came down.
+        setState(VLXGestureRecognizerState::Failed);
+        return;
+    }
+    if (!m_impl->fingers.empty()) {
+        return;  // the tap counts once every finger is up
+    }
+    ++m_impl->tapsDone;
+    m_impl->downThisTap = 0;
+    m_impl->allDownTogether = false;
+    if (m_impl->tapsDone >= m_tapsRequired) {
+        setState(VLXGestureRecognizerState::Ended);
+        return;
+    }
+    std::weak_ptr<VLXTapGestureRecognizer> weak = sharedFrom<VLXTapGestureRecognizer>();
+    m_impl->timer = VLXTimer::scheduledTimer(kMaximumTapInterval, false, [weak](VLXTimer&) {
+        auto self = weak.lock();
+        if (self && self->state() == VLXGestureRecognizerState::Possible) {
+            self->m_impl->timer.reset();
+            self->setState(VLXGestureRecognizerState::Failed);
+        }
+    });
+}
+
+void VLXTapGestureRecognizer::touchesCancelled(const VLXTouchSet& touches, const VLXEvent&) {
+    if (state() != VLXGestureRecognizerState::Possible) {
+        return;
+    }
+    for (const auto& touch : touches) {
+        if (touch && m_impl->find(touch.get())) {
+            m_impl->stopTimer();
+            setState(VLXGestureRecognizerState::Failed);
+            return;
+        }
+    }
+}
+
+void VLXTapGestureRecognizer::reset() {
+    m_impl->stopTimer();
+    m_impl->fingers.clear();
+    m_impl->tapsDone = 0;
+    m_impl->downThisTap = 0;
+    m_impl->allDownTogether = false;
+    VLXGestureRecognizer::reset();
+}
