@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include <VelmarCoreUI/Platform/Input/VLXEvent.h>
 #include <VelmarCoreUI/Platform/Input/VLXTouch.h>
@@ -24,6 +26,12 @@ class VLXWindow;
 ///
 /// Points are in window coordinates. Calls for a finger that is not down (or already down) do
 /// nothing, and a synthesiser whose window has gone sends nothing.
+///
+/// Every gesture ends with `kSettleDuration` of waiting after its last lift, so that the
+/// recognisers' timeouts (a tap waiting for a second tap, say) have run out and the next gesture
+/// starts fresh. Gestures use the lowest finger numbers not down. Waits and gesture durations
+/// that are not finite count as 0 and are capped at `kMaximumDuration`. Fingers still down when
+/// the synthesiser is destroyed are cancelled.
 class VLX_EXPORT VLXTouchSynthesizer {
 public:
     /// Seconds between the move events of a drag or pinch (60 per second).
@@ -34,6 +42,8 @@ public:
     static constexpr double kTapGap = 0.1;
     /// How long fingers rest after a gesture, so that tap timeouts run out before the next.
     static constexpr double kSettleDuration = 0.5;
+    /// The longest wait or gesture duration taken (longer ones are cut to it).
+    static constexpr double kMaximumDuration = 60.0;
 
     /// Called after every event sent, with the event (the gallery draws the fingers from it).
     using EventObserver = std::function<void(const VLXEvent&)>;
@@ -70,7 +80,19 @@ public:
     void setEventObserver(EventObserver observer) { m_observer = std::move(observer); }
 
 private:
-    void send();
+    // Sends one event of every finger down: `changed` keep their phase, the others turn
+    // stationary. Fingers that lifted or were cancelled are dropped afterwards.
+    void send(const std::vector<int>& changed);
+    // Lowest finger numbers not down.
+    std::vector<int> freeFingers(std::size_t count) const;
+    // Puts `fingers` down (or moves or lifts them) in one event.
+    void downTogether(const std::vector<int>& fingers, const std::vector<VLXPoint>& locations,
+                      std::uint32_t tapCount = 1);
+    void moveTogether(const std::vector<int>& fingers, const std::vector<VLXPoint>& locations);
+    void liftTogether(const std::vector<int>& fingers);
+    // Moves `fingers` in steps of `kStepInterval` from `from` to `to` over `duration`.
+    void stepTogether(const std::vector<int>& fingers, const std::vector<VLXPoint>& from,
+                      const std::vector<VLXPoint>& to, double duration);
 
     std::weak_ptr<VLXWindow> m_window;
     std::map<int, std::shared_ptr<VLXTouch>> m_touches;
