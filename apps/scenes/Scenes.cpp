@@ -16,10 +16,7 @@
 #include <VelmarCoreUI/Platform/Views/VLXScrollView.h>
 #include <VelmarCoreUI/Platform/Views/VLXView.h>
 #include <VelmarCoreUI/Platform/Views/VLXWindow.h>
-#if __has_include(<VelmarCoreUI/Views/VLXEdgeSwipeGestureRecognizer.h>)
 #include <VelmarCoreUI/Views/VLXEdgeSwipeGestureRecognizer.h>
-#define VLX_SCENES_EDGE_SWIPE 1
-#endif
 
 void SceneLog::append(const std::string& line) {
     if (!m_lines.empty() && line == m_last) {
@@ -288,7 +285,6 @@ void buildPinch(SceneBuilder& b) {
          }});
 }
 
-#ifdef VLX_SCENES_EDGE_SWIPE
 // (e) A swipe from the left edge pulls a drawer in as the finger goes; released past half way
 // the drawer opens, else it slides back.
 void buildEdgeSwipe(SceneBuilder& b) {
@@ -355,8 +351,6 @@ void buildEdgeSwipe(SceneBuilder& b) {
                                }});
 }
 
-#endif
-
 struct SceneKind {
     const char* name;
     const char* title;
@@ -368,9 +362,7 @@ const SceneKind kScenes[] = {
     {"long-press", "Long press: hold to turn the box orange", buildLongPress},
     {"taps", "Taps: double grows, single recolours", buildTaps},
     {"pinch", "Pinch: scale the square", buildPinch},
-#ifdef VLX_SCENES_EDGE_SWIPE
     {"edge-swipe", "Edge swipe: pull the drawer from the left", buildEdgeSwipe},
-#endif
 };
 
 }  // namespace
