@@ -37,7 +37,8 @@ struct Finger {
 struct Capture {
     std::shared_ptr<VLXImage> image;
     std::vector<Finger> fingers;
-    double time;  // seconds since the script started
+    double time;       // seconds since the script started
+    bool key = false;  // a finger came down or lifted
 };
 
 // The fingers to draw at `now`: those down, and those that lifted in the last moment.
@@ -53,8 +54,10 @@ std::vector<Finger> fingersAt(const std::vector<std::shared_ptr<VLXTouch>>& last
     return out;
 }
 
-// Plays `script` on a fresh scene, capturing the window every 1/30 s, and keeps `kFrames`
-// captures evenly spread over the run, the first and the last included.
+// Plays `script` on a fresh scene, capturing the window every 1/30 s and whenever a finger
+// comes down or lifts. Keeps `kFrames` captures: those downs and lifts (a tap is over in 0.05 s
+// and would fall between evenly spread frames), the first and the last, and evenly spread
+// others, in time order.
 std::vector<Capture> record(const std::string& name, const SceneScript& script,
                             std::vector<std::string>& log) {
     InteractionScene scene = makeInteractionScene(name, kSceneSize, 1);
@@ -76,6 +79,13 @@ std::vector<Capture> record(const std::string& name, const SceneScript& script,
     synth.setEventObserver([&](const VLXEvent& event) {
         lastTouches = event.allTouches();
         lastEventTime = VLXClock::now();
+        const bool key = std::any_of(lastTouches.begin(), lastTouches.end(), [](const auto& t) {
+            return t->phase() == VLXTouchPhase::Began || t->isFinished();
+        });
+        if (key) {
+            capture();
+            captures.back().key = true;
+        }
     });
     auto timer = VLXTimer::scheduledTimer(kCaptureInterval, true, [&](VLXTimer&) { capture(); });
     script.play(synth);
@@ -84,11 +94,48 @@ std::vector<Capture> record(const std::string& name, const SceneScript& script,
     capture();
     log = scene.log->lines();
 
-    std::vector<Capture> chosen;
     const std::size_t n = captures.size();
-    for (int i = 0; i < kFrames && n > 0; ++i) {
-        const std::size_t index = (n - 1) * static_cast<std::size_t>(i) / (kFrames - 1);
-        chosen.push_back(captures[index]);
+    std::vector<bool> keep(n, false);
+    std::size_t kept = 0;
+    auto take = [&](std::size_t i) {
+        if (i < n && !keep[i] && kept < static_cast<std::size_t>(kFrames)) {
+            keep[i] = true;
+            ++kept;
+        }
+    };
+    take(0);
+    take(n - 1);
+    for (std::size_t i = 0; i < n; ++i) {
+        if (captures[i].key) {
+            take(i);
+        }
+    }
+    // Fill up with the captures farthest in time from those already kept.
+    while (kept < std::min(n, static_cast<std::size_t>(kFrames))) {
+        std::size_t best = 0;
+        double bestGap = -1;
+        for (std::size_t i = 0; i < n; ++i) {
+            if (keep[i]) {
+                continue;
+            }
+            double gap = 1e9;
+            for (std::size_t j = 0; j < n; ++j) {
+                if (keep[j]) {
+                    gap = std::min(gap, std::abs(captures[i].time - captures[j].time));
+                }
+            }
+            if (gap > bestGap) {
+                bestGap = gap;
+                best = i;
+            }
+        }
+        take(best);
+    }
+    std::vector<Capture> chosen;
+    for (std::size_t i = 0; i < n; ++i) {
+        if (keep[i]) {
+            chosen.push_back(captures[i]);
+        }
     }
     return chosen;
 }
@@ -150,7 +197,8 @@ GalleryPage makeInteractionPage(const std::filesystem::path& outputDirectory) {
     std::string body =
         "<p>Each scene is also in <code>vlx-viewer</code>, to be tried by hand. Here the touch "
         "synthesiser plays a scripted gesture on the manual clock; the window is captured 30 "
-        "times a second and eight captures are shown, with the log of the scene's "
+        "times a second and at every finger down and lift, and eight captures are shown (the "
+        "downs and lifts first, the rest spread out in time), with the log of the scene's "
         "recognisers (repeated lines folded into one with a count; failures are logged when "
         "the recogniser is reset).</p>\n";
     for (const auto& name : interactionSceneNames()) {

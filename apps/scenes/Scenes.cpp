@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <VelmarCoreUI/Platform/Device/VLXScreen.h>
+#include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
 #include <VelmarCoreUI/Platform/Graphics/VLXFont.h>
 #include <VelmarCoreUI/Platform/Input/VLXGestureRecognizer.h>
 #include <VelmarCoreUI/Platform/Input/VLXLongPressGestureRecognizer.h>
@@ -258,7 +259,9 @@ void buildPinch(SceneBuilder& b) {
     // one left it.
     auto state = std::make_shared<std::pair<double, double>>(1.0, 1.0);  // current, at began
     const std::weak_ptr<VLXView> weakSquare = square;
-    pinch->addAction([weakSquare, state](VLXGestureRecognizer& r) {
+    // Never larger than the pad, nor more than three times the size.
+    const double maximum = std::min(3.0, std::min(padSize.width, padSize.height) / 80);
+    pinch->addAction([weakSquare, state, maximum](VLXGestureRecognizer& r) {
         auto view = weakSquare.lock();
         auto* p = dynamic_cast<VLXPinchGestureRecognizer*>(&r);
         if (!view || !p) {
@@ -271,7 +274,7 @@ void buildPinch(SceneBuilder& b) {
             state->first = state->second;
         } else {
             const double s = std::isfinite(p->scale()) ? p->scale() : 1.0;
-            state->first = std::clamp(state->second * s, 0.3, 3.0);
+            state->first = std::clamp(state->second * s, 0.3, maximum);
         }
         view->setTransform(VLXAffineTransformMakeScale(state->first, state->first));
     });
@@ -279,8 +282,8 @@ void buildPinch(SceneBuilder& b) {
     b.scene.window->addSubview(pad);
     const VLXPoint c = b.centre();
     b.scene.scripts.push_back(
-        {"Two fingers spread from 60 to 180 points apart.", [c](VLXTouchSynthesizer& synth) {
-             synth.pinch(c, 60, 180, 0.6);
+        {"Two fingers spread from 60 to 140 points apart.", [c](VLXTouchSynthesizer& synth) {
+             synth.pinch(c, 60, 140, 0.6);
              synth.wait(0.2);
          }});
 }
@@ -296,6 +299,12 @@ void buildEdgeSwipe(SceneBuilder& b) {
     auto band = box({{0, 0}, {margin, panelSize.height}}, hue(0.58, 0.25, 0.95));
     band->setUserInteractionEnabled(false);
     panel->addSubview(band);
+    auto hint =
+        label({{margin + 12, panelSize.height / 2 - 12}, {panelSize.width - margin - 24, 24}},
+              "Swipe from the blue band", VLXFont::systemFontOfSize(14),
+              VLXColor::colorWithWhite(0.55, 1));
+    hint->setTextAlignment(VLXTextAlignment::Center);
+    panel->addSubview(hint);
     const double drawerWidth = std::round(panelSize.width * 0.7);
     auto drawer = box({{-drawerWidth, 0}, {drawerWidth, panelSize.height}}, hue(0.62, 0.6, 0.45));
     drawer->addSubview(label({{16, 16}, {drawerWidth - 32, 24}}, "Drawer",
@@ -305,30 +314,84 @@ void buildEdgeSwipe(SceneBuilder& b) {
     auto swipe = Logged<VLXEdgeSwipeGestureRecognizer>::make(b.scene.log, "edge swipe");
     swipe->setSide(VLXEdgeSwipeSideLeft);
     swipe->setMargin(margin);
-    const std::weak_ptr<VLXView> weakDrawer = drawer;
-    const std::weak_ptr<VLXView> weakPanel = panel;
-    swipe->addAction([weakDrawer, weakPanel, drawerWidth](VLXGestureRecognizer& r) {
-        auto view = weakDrawer.lock();
-        auto host = weakPanel.lock();
+    // The recogniser tells its targets only when it begins, first changes and ends, so the
+    // drawer follows the finger from a frame timer that runs while the swipe is under way.
+    struct Drawer {
+        std::weak_ptr<VLXView> view;
+        std::weak_ptr<VLXView> panel;
+        double width = 0;
+        std::shared_ptr<VLXTimer> timer;
+
+        ~Drawer() { stopFollowing(); }
+
+        double travel(const VLXEdgeSwipeGestureRecognizer& swipe) const {
+            auto host = panel.lock();
+            const double dx = host ? swipe.translationInView(host.get()).x : 0.0;
+            return std::isfinite(dx) ? std::clamp(dx, 0.0, width) : 0.0;
+        }
+        void place(double x, bool animated) {
+            auto v = view.lock();
+            if (!v) {
+                return;
+            }
+            VLXRect frame = v->frame();
+            frame.origin.x = x;
+            if (animated) {
+                VLXView::animate(0.25, [v, frame] { v->setFrame(frame); });
+            } else {
+                v->setFrame(frame);
+            }
+        }
+        void stopFollowing() {
+            if (timer) {
+                timer->invalidate();
+                timer.reset();
+            }
+        }
+    };
+    auto state = std::make_shared<Drawer>();
+    state->view = drawer;
+    state->panel = panel;
+    state->width = drawerWidth;
+    const std::weak_ptr<VLXEdgeSwipeGestureRecognizer> weakSwipe = swipe;
+    swipe->addAction([state, weakSwipe](VLXGestureRecognizer& r) {
         auto* s = dynamic_cast<VLXEdgeSwipeGestureRecognizer*>(&r);
-        if (!view || !host || !s) {
+        if (!s) {
             return;
         }
-        const double dx = s->translationInView(host.get()).x;
-        const double travel = std::isfinite(dx) ? std::clamp(dx, 0.0, drawerWidth) : 0.0;
-        VLXRect frame = view->frame();
         switch (r.state()) {
             case VLXGestureRecognizerState::Began:
+                state->place(state->travel(*s) - state->width, false);
+                state->stopFollowing();
+                // Captures the state weakly: the recogniser's action owns it.
+                state->timer = VLXTimer::scheduledTimer(
+                    1.0 / 60, true, [weak = std::weak_ptr<Drawer>(state), weakSwipe](VLXTimer& t) {
+                        auto d = weak.lock();
+                        auto swipeNow = weakSwipe.lock();
+                        if (!d || !swipeNow) {
+                            t.invalidate();
+                            return;
+                        }
+                        const auto now = swipeNow->state();
+                        if (now == VLXGestureRecognizerState::Began ||
+                            now == VLXGestureRecognizerState::Changed) {
+                            d->place(d->travel(*swipeNow) - d->width, false);
+                        } else {
+                            // Over without an action (a cancelled swipe fails): close again.
+                            d->stopFollowing();
+                            d->place(-d->width, true);
+                        }
+                    });
+                break;
             case VLXGestureRecognizerState::Changed:
-                frame.origin.x = travel - drawerWidth;
-                view->setFrame(frame);
+                state->place(state->travel(*s) - state->width, false);
                 break;
             case VLXGestureRecognizerState::Ended:
             case VLXGestureRecognizerState::Cancelled: {
-                const bool open =
-                    r.state() == VLXGestureRecognizerState::Ended && travel > drawerWidth / 2;
-                frame.origin.x = open ? 0 : -drawerWidth;
-                VLXView::animate(0.25, [view, frame] { view->setFrame(frame); });
+                state->stopFollowing();
+                const bool open = r.state() == VLXGestureRecognizerState::Ended &&
+                                  state->travel(*s) > state->width / 2;
+                state->place(open ? 0 : -state->width, true);
                 break;
             }
             default:
@@ -358,11 +421,11 @@ struct SceneKind {
 };
 
 const SceneKind kScenes[] = {
-    {"scroll", "Scroll view: drag and fling", buildScroll},
-    {"long-press", "Long press: hold to turn the box orange", buildLongPress},
-    {"taps", "Taps: double grows, single recolours", buildTaps},
+    {"scroll", "Scroll: drag and fling", buildScroll},
+    {"long-press", "Long press: hold the box", buildLongPress},
+    {"taps", "Tap recolours, 2 taps grow", buildTaps},
     {"pinch", "Pinch: scale the square", buildPinch},
-    {"edge-swipe", "Edge swipe: pull the drawer from the left", buildEdgeSwipe},
+    {"edge-swipe", "Edge swipe: pull the drawer", buildEdgeSwipe},
 };
 
 }  // namespace

@@ -52,6 +52,12 @@ VLXRect boxOf(VLXWindow& window, Match match) {
                   : VLXRect{{double(x0), double(y0)}, {double(x1 - x0 + 1), double(y1 - y0 + 1)}};
 }
 
+// The dark drawer, rather than the light panel, at a point the drawer covers once open.
+bool drawerShown(VLXWindow& window) {
+    const RGB c = colourAt(window, 100, 260);
+    return c.r < 0.4 && c.g < 0.4;
+}
+
 bool contains(const std::vector<std::string>& lines, const std::string& line) {
     return std::find(lines.begin(), lines.end(), line) != lines.end();
 }
@@ -158,7 +164,7 @@ TEST_F(ScenesTest, PinchScalesTheSquareByTheFingersRatio) {
     VLXTouchSynthesizer synth(scene.window);
     scene.scripts.at(0).play(synth);
     const VLXRect after = boxOf(*scene.window, green);
-    EXPECT_NEAR(after.size.width, 240, 4);  // 60 → 180 points apart
+    EXPECT_NEAR(after.size.width, 80 * 140.0 / 60, 4);  // 60 → 140 points apart
     EXPECT_NEAR(after.origin.x + after.size.width / 2, before.origin.x + before.size.width / 2, 2);
     EXPECT_TRUE(contains(scene.log->lines(), "pinch: began"));
     EXPECT_TRUE(contains(scene.log->lines(), "pinch: ended"));
@@ -190,25 +196,41 @@ TEST_F(ScenesTest, ScrollFollowsTheDragAndKeepsGoingAfterTheLift) {
     EXPECT_TRUE(contains(scene.log->lines(), "scroll pan: ended"));
 }
 
-TEST_F(ScenesTest, EdgeSwipeOpensTheDrawerOnlyForASwipeAwayFromTheEdge) {
-    const auto& names = interactionSceneNames();
-    ASSERT_NE(std::find(names.begin(), names.end(), "edge-swipe"), names.end());
-    auto drawerShown = [](VLXWindow& window) {
-        const RGB c = colourAt(window, 100, 260);
-        return c.r < 0.4 && c.g < 0.4;  // the dark drawer, not the light panel
-    };
+TEST_F(ScenesTest, EdgeSwipeDrawerFollowsTheFingerAndOpensPastHalfWay) {
+    auto scene = makeInteractionScene("edge-swipe");
+    ASSERT_EQ(scene.scripts.size(), 2u);
+    EXPECT_FALSE(drawerShown(*scene.window));
+    VLXTouchSynthesizer synth(scene.window);
+    // Mid-swipe the drawer's edge is under the finger, 150 points from where it went down.
+    synth.touchDown(0, {6, 260});
+    for (int i = 1; i <= 15; ++i) {
+        synth.wait(VLXTouchSynthesizer::kStepInterval);
+        synth.moveTo(0, {6 + 10.0 * i, 260});
+    }
+    synth.wait(VLXTouchSynthesizer::kStepInterval);
+    EXPECT_LT(colourAt(*scene.window, 140, 300).r, 0.4);
+    EXPECT_GT(colourAt(*scene.window, 160, 300).r, 0.8);
+    synth.lift(0);
+    synth.wait(0.5);
+    EXPECT_TRUE(drawerShown(*scene.window));  // past half way: it opens
+    // A short swipe (the drawer is pulled back to 54 points of travel) closes it again.
+    synth.drag({6, 260}, {60, 270});
+    synth.wait(0.5);
+    EXPECT_FALSE(drawerShown(*scene.window));
+}
+
+TEST_F(ScenesTest, EdgeSwipeScriptsOpenTheDrawerOrAreRefusedByAngle) {
     auto accepted = makeInteractionScene("edge-swipe");
-    ASSERT_EQ(accepted.scripts.size(), 2u);
-    EXPECT_FALSE(drawerShown(*accepted.window));
     VLXTouchSynthesizer synth(accepted.window);
-    accepted.scripts[0].play(synth);
+    accepted.scripts.at(0).play(synth);
     EXPECT_TRUE(drawerShown(*accepted.window));
-    EXPECT_TRUE(contains(accepted.log->lines(), "edge swipe: began"));
-    EXPECT_TRUE(contains(accepted.log->lines(), "edge swipe: ended"));
+    EXPECT_EQ(accepted.log->lines(),
+              (std::vector<std::string>{"edge swipe: began", "edge swipe: changed",
+                                        "edge swipe: ended"}));
 
     auto refused = makeInteractionScene("edge-swipe");
     VLXTouchSynthesizer other(refused.window);
-    refused.scripts[1].play(other);
+    refused.scripts.at(1).play(other);
     EXPECT_FALSE(drawerShown(*refused.window));
     EXPECT_EQ(refused.log->lines(), std::vector<std::string>{"edge swipe: failed"});
 }
