@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <VelmarCoreUI/Platform/Input/VLXTouch.h>
+
 VLXControlAction::VLXControlAction(std::string name, Invoke invoke)
     : m_name(std::move(name)), m_invoke(std::move(invoke)) {}
 
@@ -132,4 +134,78 @@ void VLXControl::setHighlighted(bool highlighted) {
     }
     m_highlighted = highlighted;
     setNeedsDisplay();
+}
+
+// --- touch tracking -----------------------------------------------------------------------------
+
+const VLXTouch* VLXControl::trackedAmong(const Touches& touches) const {
+    for (const auto& touch : touches) {
+        if (touch.get() == m_trackedTouch) {
+            return touch.get();
+        }
+    }
+    return nullptr;
+}
+
+bool VLXControl::isInTrackingArea(const VLXTouch& touch) const {
+    const VLXRect area = VLXRectInset(bounds(), -kTrackingMargin, -kTrackingMargin);
+    return VLXRectContainsPoint(area, touch.locationInView(this));
+}
+
+void VLXControl::touchesBegan(const Touches& touches, const VLXEvent&) {
+    if (!m_enabled || m_trackedTouch || touches.empty()) {
+        return;
+    }
+    const auto self = sharedFrom<VLXControl>();
+    const VLXTouch& touch = *touches.front();
+    m_trackedTouch = &touch;
+    m_touchInside = true;
+    setHighlighted(true);
+    VLXControlEvents events = VLXControlEventTouchDown;
+    if (touch.tapCount() > 1) {
+        events |= VLXControlEventTouchDownRepeat;
+    }
+    sendActionsForControlEvents(events);
+}
+
+void VLXControl::touchesMoved(const Touches& touches, const VLXEvent&) {
+    const VLXTouch* touch = trackedAmong(touches);
+    if (!touch) {
+        return;
+    }
+    const auto self = sharedFrom<VLXControl>();
+    const bool inside = isInTrackingArea(*touch);
+    VLXControlEvents events =
+        inside ? VLXControlEventTouchDragInside : VLXControlEventTouchDragOutside;
+    if (inside != m_touchInside) {
+        events |= inside ? VLXControlEventTouchDragEnter : VLXControlEventTouchDragExit;
+    }
+    m_touchInside = inside;
+    setHighlighted(inside);
+    sendActionsForControlEvents(events);
+}
+
+void VLXControl::touchesEnded(const Touches& touches, const VLXEvent&) {
+    const VLXTouch* touch = trackedAmong(touches);
+    if (!touch) {
+        return;
+    }
+    const auto self = sharedFrom<VLXControl>();
+    const bool inside = isInTrackingArea(*touch);
+    m_trackedTouch = nullptr;
+    m_touchInside = false;
+    setHighlighted(false);
+    sendActionsForControlEvents(inside ? VLXControlEventTouchUpInside
+                                       : VLXControlEventTouchUpOutside);
+}
+
+void VLXControl::touchesCancelled(const Touches& touches, const VLXEvent&) {
+    if (!trackedAmong(touches)) {
+        return;
+    }
+    const auto self = sharedFrom<VLXControl>();
+    m_trackedTouch = nullptr;
+    m_touchInside = false;
+    setHighlighted(false);
+    sendActionsForControlEvents(VLXControlEventTouchCancel);
 }

@@ -73,8 +73,15 @@ private:
 /// Target–action: `addTarget(target, action, events)` registers the pair for each event of the
 /// mask; the same (target, action) pair for an event it already has is ignored. Targets are not
 /// owned: one that has gone is skipped and dropped when events are sent. Null targets are
-/// refused (there is no responder chain to send them up). Touch tracking arrives with the
-/// touch-input classes; until then events are sent by `sendActionsForControlEvents`.
+/// refused (there is no responder chain to send them up).
+///
+/// Touches: an enabled control tracks the first touch that begins on it (later fingers are
+/// ignored until it lifts). Down sends TouchDown (plus TouchDownRepeat for a tap count above
+/// one) and highlights the control; moves send TouchDragInside or TouchDragOutside, with
+/// TouchDragEnter / TouchDragExit when the touch crosses the tracking area, and follow it with
+/// the highlight; the lift sends TouchUpInside or TouchUpOutside; a cancel sends TouchCancel.
+/// The tracking area is the bounds grown by `kTrackingMargin` on every side, so a finger may
+/// stray a little before the control counts it as outside.
 class VLX_EXPORT VLXControl : public VLXView {
 public:
     static std::shared_ptr<VLXControl> create();
@@ -114,6 +121,18 @@ public:
     bool isHighlighted() const { return m_highlighted; }
     virtual void setHighlighted(bool highlighted);
 
+    /// Points around the bounds that still count as inside while a touch is tracked.
+    static constexpr double kTrackingMargin = 70.0;
+    /// True while a touch that began on the control is down.
+    bool isTracking() const { return m_trackedTouch != nullptr; }
+    /// Whether the tracked touch is inside the tracking area (last known).
+    bool isTouchInside() const { return m_touchInside; }
+
+    void touchesBegan(const Touches& touches, const VLXEvent& event) override;
+    void touchesMoved(const Touches& touches, const VLXEvent& event) override;
+    void touchesEnded(const Touches& touches, const VLXEvent& event) override;
+    void touchesCancelled(const Touches& touches, const VLXEvent& event) override;
+
 protected:
     VLXControl();
 
@@ -126,9 +145,14 @@ private:
     };
     // Drops entries whose target has gone.
     void dropGoneTargets();
+    // The tracked touch among `touches`, or null.
+    const VLXTouch* trackedAmong(const Touches& touches) const;
+    bool isInTrackingArea(const VLXTouch& touch) const;
 
     std::vector<Entry> m_entries;
     bool m_enabled = true;
     bool m_selected = false;
     bool m_highlighted = false;
+    const VLXTouch* m_trackedTouch = nullptr;  // identity only: the window owns the touch
+    bool m_touchInside = false;
 };

@@ -135,7 +135,9 @@ bool VLXTouchDispatch::beginTouch(const std::shared_ptr<VLXTouch>& touch) {
         return false;
     }
     if (m_live.empty()) {
+        // A new sequence: what the last one left undecided stops holding anything back.
         m_arena->dropUndecided();
+        releaseHeldDeliveries(true);
     }
     touch->m_view = hit;
     touch->m_window = std::static_pointer_cast<VLXView>(m_window.shared_from_this());
@@ -281,13 +283,14 @@ bool VLXTouchDispatch::hold(const std::shared_ptr<VLXTouch>& touch,
     return true;
 }
 
-void VLXTouchDispatch::releaseHeldDeliveries() {
-    auto decided = [](const HeldDelivery& held) {
-        return std::all_of(held.waitingOn.begin(), held.waitingOn.end(), [](const auto& entry) {
-            auto recognizer = entry.first.lock();
-            return !recognizer || recognizer->m_decisions != entry.second ||
-                   !recognizer->isEnabled() || !recognizer->view();
-        });
+void VLXTouchDispatch::releaseHeldDeliveries(bool all) {
+    auto decided = [all](const HeldDelivery& held) {
+        return all ||
+               std::all_of(held.waitingOn.begin(), held.waitingOn.end(), [](const auto& entry) {
+                   auto recognizer = entry.first.lock();
+                   return !recognizer || recognizer->m_decisions != entry.second ||
+                          !recognizer->isEnabled() || !recognizer->view();
+               });
     };
     // Deliveries run view code, which may send events: take the ready ones out first.
     std::vector<HeldDelivery> ready;

@@ -41,8 +41,8 @@ private:
     // Holds `touch`'s `phase` delivery when one of its recognisers that delays it is undecided.
     bool hold(const std::shared_ptr<VLXTouch>& touch, const std::shared_ptr<const VLXEvent>& event,
               VLXTouchPhase phase);
-    // Sends the held deliveries whose recognisers have all decided, in order.
-    void releaseHeldDeliveries();
+    // Sends the held deliveries whose recognisers have all decided (or all of them), in order.
+    void releaseHeldDeliveries(bool all = false);
     // A recogniser changed state: a win takes its touches from their views.
     void recognizerDidChange(VLXGestureRecognizer& recognizer);
     // The current event, or one made of the live touches for changes outside a delivery.
