@@ -57,10 +57,6 @@
 #include <VelmarCoreUI/Platform/Graphics/VLXTextAttributes.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXAnimationGroup.h>
-#include <VelmarCoreUI/Platform/Input/VLXLongPressGestureRecognizer.h>
-#include <VelmarCoreUI/Platform/Input/VLXPanGestureRecognizer.h>
-#include <VelmarCoreUI/Platform/Input/VLXPinchGestureRecognizer.h>
-#include <VelmarCoreUI/Platform/Input/VLXTapGestureRecognizer.h>
 #include <VelmarCoreUI/Platform/Layers/VLXBasicAnimation.h>
 #include <VelmarCoreUI/Platform/Layers/VLXCompositor.h>
 #include <VelmarCoreUI/Platform/Layers/VLXGradientLayer.h>
@@ -89,6 +85,10 @@
 #include <VelmarCoreUI/Platform/Views/VLXWindow.h>
 #include <VelmarCoreUI/Platform/Input/VLXEvent.h>
 #include <VelmarCoreUI/Platform/Input/VLXGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXLongPressGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXPanGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXPinchGestureRecognizer.h>
+#include <VelmarCoreUI/Platform/Input/VLXTapGestureRecognizer.h>
 #include <VelmarCoreUI/Platform/Input/VLXTouch.h>
 #include <VelmarCoreUI/Platform/Input/VLXTouchSynthesizer.h>
 #include <VelmarCoreUI/Utilities/VLXBezierPathUtilities.h>

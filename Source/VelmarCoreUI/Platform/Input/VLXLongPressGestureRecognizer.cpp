@@ -57,9 +57,16 @@ void VLXLongPressGestureRecognizer::setNumberOfTouchesRequired(std::uint32_t tou
     m_touchesRequired = std::max<std::uint32_t>(touches, 1);
 }
 
-void VLXLongPressGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const VLXEvent&) {
+void VLXLongPressGestureRecognizer::touchesBegan(const VLXTouchSet& touches,
+                                                 const VLXEvent& event) {
     if (state() != VLXGestureRecognizerState::Possible || m_impl->asked) {
-        return;  // once the press is on, more fingers change nothing
+        // Once the press is on, more fingers change nothing.
+        for (const auto& touch : touches) {
+            if (touch && !m_impl->find(touch.get())) {
+                ignoreTouch(touch, event);
+            }
+        }
+        return;
     }
     for (const auto& touch : touches) {
         if (touch && !m_impl->find(touch.get())) {

@@ -25,7 +25,7 @@ public:
     /// 1 by default; 0 is stored as 1.
     std::uint32_t numberOfTouchesRequired() const { return m_touchesRequired; }
     void setNumberOfTouchesRequired(std::uint32_t touches);
-    /// Taps before the press (0 by default).
+    /// Taps before the press (0 by default). Stored only: presses are recognised as with 0.
     std::uint32_t numberOfTapsRequired() const { return m_tapsRequired; }
     void setNumberOfTapsRequired(std::uint32_t taps) { m_tapsRequired = taps; }
 

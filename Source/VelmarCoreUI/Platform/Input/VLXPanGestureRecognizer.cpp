@@ -167,6 +167,7 @@ void VLXPanGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const VLX
         }
         // Once the drag is on, fingers past the maximum are not followed.
         if (active && m_impl->fingers.size() >= m_maximumTouches) {
+            ignoreTouch(touch, event);
             continue;
         }
         m_impl->fingers.push_back(touch);

@@ -113,10 +113,15 @@ void VLXPinchGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const V
     }
     bool added = false;
     for (const auto& touch : touches) {
-        if (touch && m_impl->fingers.size() < 2 && !m_impl->has(touch.get())) {
-            m_impl->fingers.push_back(touch);
-            added = true;
+        if (!touch || m_impl->has(touch.get())) {
+            continue;
         }
+        if (m_impl->fingers.size() >= 2) {
+            ignoreTouch(touch, event);  // a third finger is not part of the pinch
+            continue;
+        }
+        m_impl->fingers.push_back(touch);
+        added = true;
     }
     if (!added || m_impl->fingers.size() < 2) {
         return;

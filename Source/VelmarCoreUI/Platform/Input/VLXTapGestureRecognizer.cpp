@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
+#include <VelmarCoreUI/Platform/Views/VLXView.h>
 
 namespace {
 double distanceBetween(VLXPoint a, VLXPoint b) {
@@ -21,6 +23,8 @@ struct VLXTapGestureRecognizer::Impl {
     std::uint32_t downThisTap = 0;    // fingers that came down during the current tap
     bool allDownTogether = false;     // the required fingers were down at one moment
     std::shared_ptr<VLXTimer> timer;  // the wait for the next tap
+    std::vector<VLXPoint> lifts;      // where the fingers of the current tap lifted (window)
+    std::optional<VLXPoint> lastTap;  // the centroid of those once the tap completed
 
     Finger* find(const VLXTouch* touch) {
         auto it = std::find_if(fingers.begin(), fingers.end(),
@@ -53,10 +57,22 @@ void VLXTapGestureRecognizer::setNumberOfTouchesRequired(std::uint32_t touches) 
     m_touchesRequired = std::max<std::uint32_t>(touches, 1);
 }
 
+VLXPoint VLXTapGestureRecognizer::locationInView(const VLXView* view) const {
+    // While the last fingers lift the base still counts them; the tap's own record is whole.
+    if (!m_impl->fingers.empty() || !m_impl->lastTap) {
+        return VLXGestureRecognizer::locationInView(view);
+    }
+    return view ? view->convertPointFromView(*m_impl->lastTap, nullptr) : *m_impl->lastTap;
+}
+
 void VLXTapGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const VLXEvent&) {
     if (state() != VLXGestureRecognizerState::Possible) {
         return;
     }
+    if (m_impl->downThisTap == 0) {
+        m_impl->lifts.clear();
+    }
+    m_impl->lastTap.reset();
     // The next tap came down in time.
     m_impl->stopTimer();
     for (const auto& touch : touches) {
@@ -106,6 +122,7 @@ void VLXTapGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const VLX
         }
         std::erase_if(m_impl->fingers,
                       [&touch](const Impl::Finger& f) { return f.touch == touch; });
+        m_impl->lifts.push_back(touch->locationInView(nullptr));
         lifted = true;
     }
     if (!lifted) {
@@ -120,6 +137,13 @@ void VLXTapGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const VLX
         return;  // the tap counts once every finger is up
     }
     ++m_impl->tapsDone;
+    VLXPoint sum{};
+    for (VLXPoint p : m_impl->lifts) {
+        sum.x += p.x;
+        sum.y += p.y;
+    }
+    const auto n = static_cast<double>(m_impl->lifts.size());
+    m_impl->lastTap = VLXPoint{sum.x / n, sum.y / n};
     m_impl->downThisTap = 0;
     m_impl->allDownTogether = false;
     if (m_impl->tapsDone >= m_tapsRequired) {
@@ -152,6 +176,7 @@ void VLXTapGestureRecognizer::touchesCancelled(const VLXTouchSet& touches, const
 void VLXTapGestureRecognizer::reset() {
     m_impl->stopTimer();
     m_impl->fingers.clear();
+    m_impl->lifts.clear();
     m_impl->tapsDone = 0;
     m_impl->downThisTap = 0;
     m_impl->allDownTogether = false;

@@ -30,6 +30,10 @@ public:
     std::uint32_t numberOfTouchesRequired() const { return m_touchesRequired; }
     void setNumberOfTouchesRequired(std::uint32_t touches);
 
+    /// The centroid of the tracked touches; once they have all lifted, the centroid of where the
+    /// fingers of the last tap lifted (so a two-finger tap reads between its fingers).
+    VLXPoint locationInView(const VLXView* view) const override;
+
     void touchesBegan(const VLXTouchSet& touches, const VLXEvent& event) override;
     void touchesMoved(const VLXTouchSet& touches, const VLXEvent& event) override;
     void touchesEnded(const VLXTouchSet& touches, const VLXEvent& event) override;
