@@ -158,8 +158,8 @@ struct TileScene {
         scroll->setContentSize(content);
         const double tile = 60;
         int n = 0;
-        for (double y = 0; y + tile <= content.height + 0.5; y += tile) {
-            for (double x = 0; x + tile <= content.width + 0.5; x += tile, ++n) {
+        for (double y = 0; y < content.height; y += tile) {
+            for (double x = 0; x < content.width; x += tile, ++n) {
                 auto label = VLXLabel::createWithFrame({{x + 2, y + 2}, {tile - 4, tile - 4}});
                 label->setBackgroundColor(
                     VLXColor::colorWithHue(std::fmod(0.07 * n, 1.0), 0.45, 0.95, 1));

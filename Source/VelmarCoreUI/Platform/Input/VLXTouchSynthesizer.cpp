@@ -10,7 +10,7 @@
 namespace {
 
 double usableDuration(double seconds) {
-    if (!std::isfinite(seconds) || seconds <= 0) {
+    if (!(seconds > 0)) {  // NaN too
         return 0;
     }
     return std::min(seconds, VLXTouchSynthesizer::kMaximumDuration);

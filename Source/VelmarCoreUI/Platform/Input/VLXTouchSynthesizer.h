@@ -30,7 +30,8 @@ class VLXWindow;
 /// Every gesture ends with `kSettleDuration` of waiting after its last lift, so that the
 /// recognisers' timeouts (a tap waiting for a second tap, say) have run out and the next gesture
 /// starts fresh. Gestures use the lowest finger numbers not down. Waits and gesture durations
-/// that are not finite count as 0 and are capped at `kMaximumDuration`. Fingers still down when
+/// that are NaN or negative count as 0; longer ones than `kMaximumDuration` (infinity too) are
+/// cut to it. Fingers still down when
 /// the synthesiser is destroyed are cancelled.
 class VLX_EXPORT VLXTouchSynthesizer {
 public:
