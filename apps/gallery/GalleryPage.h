@@ -48,3 +48,4 @@ GalleryPage makeControllersPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeWidgetsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeGesturesPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeScrollingPage(const std::filesystem::path& outputDirectory);
+GalleryPage makeInteractionPage(const std::filesystem::path& outputDirectory);
