@@ -270,6 +270,16 @@ void VLXGestureRecognizer::setState(VLXGestureRecognizerState state) {
     applyState(state);
 }
 
+void VLXGestureRecognizer::finishGesture(VLXGestureRecognizerState ifPossible,
+                                         VLXGestureRecognizerState ifBegun) {
+    if (m_state == VLXGestureRecognizerState::Possible) {
+        setState(ifPossible);
+    } else if (m_state == VLXGestureRecognizerState::Began ||
+               m_state == VLXGestureRecognizerState::Changed) {
+        setState(ifBegun);
+    }
+}
+
 void VLXGestureRecognizer::applyState(VLXGestureRecognizerState state) {
     auto self = sharedFrom<VLXGestureRecognizer>();
     m_state = state;

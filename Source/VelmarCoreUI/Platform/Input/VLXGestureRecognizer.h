@@ -180,6 +180,9 @@ protected:
     /// Requests a new state; see the class comment for what is legal and what arbitration may
     /// make of it. Reads back at once (possible while it waits for another to fail).
     void setState(VLXGestureRecognizerState state);
+    /// Ends the gesture once its touches are over: from possible to `ifPossible`, from began or
+    /// changed to `ifBegun`; nothing in other states.
+    void finishGesture(VLXGestureRecognizerState ifPossible, VLXGestureRecognizerState ifBegun);
 
 private:
     friend class VLXGestureArena;

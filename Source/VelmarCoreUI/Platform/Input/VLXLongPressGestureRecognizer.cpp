@@ -178,17 +178,7 @@ void VLXLongPressGestureRecognizer::touchesCancelled(const VLXTouchSet& touches,
         return;
     }
     m_impl->stopTimer();
-    switch (state()) {
-        case VLXGestureRecognizerState::Possible:
-            setState(VLXGestureRecognizerState::Failed);
-            break;
-        case VLXGestureRecognizerState::Began:
-        case VLXGestureRecognizerState::Changed:
-            setState(VLXGestureRecognizerState::Cancelled);
-            break;
-        default:
-            break;
-    }
+    finishGesture(VLXGestureRecognizerState::Failed, VLXGestureRecognizerState::Cancelled);
 }
 
 void VLXLongPressGestureRecognizer::waitForNextTouchDown() {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <deque>
 
+#include <VelmarCoreUI/Platform/Input/Private/VLXFingers.h>
 #include <VelmarCoreUI/Platform/Input/VLXEvent.h>
 #include <VelmarCoreUI/Platform/Views/VLXView.h>
 
@@ -41,10 +42,6 @@ struct VLXPanGestureRecognizer::Impl {
     std::deque<Sample> samples;
     bool fresh = true;  // the next touch-down starts a new drag
 
-    bool has(const VLXTouch* touch) const {
-        return std::any_of(fingers.begin(), fingers.end(),
-                           [touch](const auto& f) { return f.get() == touch; });
-    }
     VLXPoint currentCentroid() const {
         if (fingers.empty()) {
             return centroid;
@@ -98,18 +95,6 @@ struct VLXPanGestureRecognizer::Impl {
     }
 };
 
-namespace {
-double latestTime(const VLXTouchSet& touches, const VLXEvent& event) {
-    double time = -INFINITY;
-    for (const auto& touch : touches) {
-        if (touch) {
-            time = std::max(time, touch->timestamp());
-        }
-    }
-    return std::isfinite(time) ? time : event.timestamp();
-}
-}  // namespace
-
 VLXPanGestureRecognizer::VLXPanGestureRecognizer() : m_impl(std::make_unique<Impl>()) {}
 
 VLXPanGestureRecognizer::~VLXPanGestureRecognizer() = default;
@@ -162,7 +147,7 @@ void VLXPanGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const VLX
     }
     bool added = false;
     for (const auto& touch : touches) {
-        if (!touch || m_impl->has(touch.get())) {
+        if (!touch || vlx::detail::containsTouch(m_impl->fingers, touch.get())) {
             continue;
         }
         // Once the drag is on, fingers past the maximum are not followed.
@@ -184,19 +169,16 @@ void VLXPanGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const VLX
     } else {
         m_impl->rebase();
     }
-    m_impl->track(latestTime(touches, event));
+    m_impl->track(vlx::detail::latestTime(touches, event));
 }
 
 void VLXPanGestureRecognizer::touchesMoved(const VLXTouchSet& touches, const VLXEvent& event) {
     const VLXGestureRecognizerState current = state();
-    bool ours = false;
-    for (const auto& touch : touches) {
-        ours = ours || (touch && m_impl->has(touch.get()));
-    }
+    const bool ours = vlx::detail::containsAnyTouch(m_impl->fingers, touches);
     if (!ours) {
         return;
     }
-    m_impl->track(latestTime(touches, event));
+    m_impl->track(vlx::detail::latestTime(touches, event));
     if (current == VLXGestureRecognizerState::Possible) {
         const std::size_t count = m_impl->fingers.size();
         const VLXPoint t = m_impl->translation();
@@ -211,58 +193,28 @@ void VLXPanGestureRecognizer::touchesMoved(const VLXTouchSet& touches, const VLX
 }
 
 void VLXPanGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const VLXEvent& event) {
-    bool ours = false;
-    for (const auto& touch : touches) {
-        ours = ours || (touch && m_impl->has(touch.get()));
-    }
+    const bool ours = vlx::detail::containsAnyTouch(m_impl->fingers, touches);
     if (!ours) {
         return;
     }
     // Where the lifting fingers were last counts, then the rest carry on from there.
-    m_impl->track(latestTime(touches, event));
-    std::erase_if(m_impl->fingers, [&touches](const std::shared_ptr<VLXTouch>& finger) {
-        return std::find(touches.begin(), touches.end(), finger) != touches.end();
-    });
+    m_impl->track(vlx::detail::latestTime(touches, event));
+    vlx::detail::removeTouches(m_impl->fingers, touches);
     m_impl->rebase();
     if (!m_impl->fingers.empty()) {
         return;
     }
-    switch (state()) {
-        case VLXGestureRecognizerState::Possible:
-            setState(VLXGestureRecognizerState::Failed);
-            break;
-        case VLXGestureRecognizerState::Began:
-        case VLXGestureRecognizerState::Changed:
-            setState(VLXGestureRecognizerState::Ended);
-            break;
-        default:
-            break;
-    }
+    finishGesture(VLXGestureRecognizerState::Failed, VLXGestureRecognizerState::Ended);
 }
 
 void VLXPanGestureRecognizer::touchesCancelled(const VLXTouchSet& touches, const VLXEvent&) {
-    bool ours = false;
-    for (const auto& touch : touches) {
-        ours = ours || (touch && m_impl->has(touch.get()));
-    }
+    const bool ours = vlx::detail::containsAnyTouch(m_impl->fingers, touches);
     if (!ours) {
         return;
     }
-    std::erase_if(m_impl->fingers, [&touches](const std::shared_ptr<VLXTouch>& finger) {
-        return std::find(touches.begin(), touches.end(), finger) != touches.end();
-    });
+    vlx::detail::removeTouches(m_impl->fingers, touches);
     m_impl->rebase();
-    switch (state()) {
-        case VLXGestureRecognizerState::Possible:
-            setState(VLXGestureRecognizerState::Failed);
-            break;
-        case VLXGestureRecognizerState::Began:
-        case VLXGestureRecognizerState::Changed:
-            setState(VLXGestureRecognizerState::Cancelled);
-            break;
-        default:
-            break;
-    }
+    finishGesture(VLXGestureRecognizerState::Failed, VLXGestureRecognizerState::Cancelled);
 }
 
 void VLXPanGestureRecognizer::reset() {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <deque>
 
+#include <VelmarCoreUI/Platform/Input/Private/VLXFingers.h>
 #include <VelmarCoreUI/Platform/Input/VLXEvent.h>
 
 namespace {
@@ -26,10 +27,6 @@ struct VLXPinchGestureRecognizer::Impl {
     double baseScale = 1;
     std::deque<Sample> samples;
 
-    bool has(const VLXTouch* touch) const {
-        return std::any_of(fingers.begin(), fingers.end(),
-                           [touch](const auto& f) { return f.get() == touch; });
-    }
     double distance() const {
         if (fingers.size() < 2) {
             return 0;
@@ -74,15 +71,6 @@ struct VLXPinchGestureRecognizer::Impl {
 };
 
 namespace {
-double latestTime(const VLXTouchSet& touches, const VLXEvent& event) {
-    double time = -INFINITY;
-    for (const auto& touch : touches) {
-        if (touch) {
-            time = std::max(time, touch->timestamp());
-        }
-    }
-    return std::isfinite(time) ? time : event.timestamp();
-}
 bool isActive(VLXGestureRecognizerState state) {
     return state == VLXGestureRecognizerState::Began || state == VLXGestureRecognizerState::Changed;
 }
@@ -113,7 +101,7 @@ void VLXPinchGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const V
     }
     bool added = false;
     for (const auto& touch : touches) {
-        if (!touch || m_impl->has(touch.get())) {
+        if (!touch || vlx::detail::containsTouch(m_impl->fingers, touch.get())) {
             continue;
         }
         if (m_impl->fingers.size() >= 2) {
@@ -132,21 +120,18 @@ void VLXPinchGestureRecognizer::touchesBegan(const VLXTouchSet& touches, const V
     }
     // A second finger again: the scale carries on from where it held.
     m_impl->restartFrom(m_scale);
-    m_impl->sample(latestTime(touches, event), m_scale);
+    m_impl->sample(vlx::detail::latestTime(touches, event), m_scale);
 }
 
 void VLXPinchGestureRecognizer::touchesMoved(const VLXTouchSet& touches, const VLXEvent& event) {
-    bool ours = false;
-    for (const auto& touch : touches) {
-        ours = ours || (touch && m_impl->has(touch.get()));
-    }
+    const bool ours = vlx::detail::containsAnyTouch(m_impl->fingers, touches);
     const VLXGestureRecognizerState current = state();
     if (!ours || m_impl->fingers.empty()) {
         return;
     }
     if (m_impl->fingers.size() == 2) {
         m_scale = m_impl->measuredScale(m_scale);
-        m_impl->sample(latestTime(touches, event), m_scale);
+        m_impl->sample(vlx::detail::latestTime(touches, event), m_scale);
         m_velocity = m_impl->velocity();
     }
     if (current == VLXGestureRecognizerState::Possible) {
@@ -160,22 +145,17 @@ void VLXPinchGestureRecognizer::touchesMoved(const VLXTouchSet& touches, const V
 }
 
 void VLXPinchGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const VLXEvent& event) {
-    bool ours = false;
-    for (const auto& touch : touches) {
-        ours = ours || (touch && m_impl->has(touch.get()));
-    }
+    const bool ours = vlx::detail::containsAnyTouch(m_impl->fingers, touches);
     if (!ours) {
         return;
     }
     if (m_impl->fingers.size() == 2) {
         // The lift's own position is the last measure.
         m_scale = m_impl->measuredScale(m_scale);
-        m_impl->sample(latestTime(touches, event), m_scale);
+        m_impl->sample(vlx::detail::latestTime(touches, event), m_scale);
         m_velocity = m_impl->velocity();
     }
-    std::erase_if(m_impl->fingers, [&touches](const std::shared_ptr<VLXTouch>& finger) {
-        return std::find(touches.begin(), touches.end(), finger) != touches.end();
-    });
+    vlx::detail::removeTouches(m_impl->fingers, touches);
     const VLXGestureRecognizerState current = state();
     if (current == VLXGestureRecognizerState::Possible) {
         setState(VLXGestureRecognizerState::Failed);
@@ -185,22 +165,12 @@ void VLXPinchGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const V
 }
 
 void VLXPinchGestureRecognizer::touchesCancelled(const VLXTouchSet& touches, const VLXEvent&) {
-    bool ours = false;
-    for (const auto& touch : touches) {
-        ours = ours || (touch && m_impl->has(touch.get()));
-    }
+    const bool ours = vlx::detail::containsAnyTouch(m_impl->fingers, touches);
     if (!ours) {
         return;
     }
-    std::erase_if(m_impl->fingers, [&touches](const std::shared_ptr<VLXTouch>& finger) {
-        return std::find(touches.begin(), touches.end(), finger) != touches.end();
-    });
-    const VLXGestureRecognizerState current = state();
-    if (current == VLXGestureRecognizerState::Possible) {
-        setState(VLXGestureRecognizerState::Failed);
-    } else if (isActive(current)) {
-        setState(VLXGestureRecognizerState::Cancelled);
-    }
+    vlx::detail::removeTouches(m_impl->fingers, touches);
+    finishGesture(VLXGestureRecognizerState::Failed, VLXGestureRecognizerState::Cancelled);
 }
 
 void VLXPinchGestureRecognizer::reset() {

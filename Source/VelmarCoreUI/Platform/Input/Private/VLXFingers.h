@@ -1,0 +1,41 @@
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+
+#include <VelmarCoreUI/Platform/Input/VLXEvent.h>
+#include <VelmarCoreUI/Platform/Input/VLXTouch.h>
+
+// What the recogniser kinds do with the fingers they follow.
+namespace vlx::detail {
+
+inline bool containsTouch(const VLXTouchSet& fingers, const VLXTouch* touch) {
+    return std::any_of(fingers.begin(), fingers.end(),
+                       [touch](const auto& finger) { return finger.get() == touch; });
+}
+
+/// True when one of `touches` is among `fingers`.
+inline bool containsAnyTouch(const VLXTouchSet& fingers, const VLXTouchSet& touches) {
+    return std::any_of(touches.begin(), touches.end(), [&fingers](const auto& touch) {
+        return touch && containsTouch(fingers, touch.get());
+    });
+}
+
+inline void removeTouches(VLXTouchSet& fingers, const VLXTouchSet& touches) {
+    std::erase_if(fingers, [&touches](const auto& finger) {
+        return std::find(touches.begin(), touches.end(), finger) != touches.end();
+    });
+}
+
+/// The latest timestamp among `touches`, else the event's.
+inline double latestTime(const VLXTouchSet& touches, const VLXEvent& event) {
+    double time = -INFINITY;
+    for (const auto& touch : touches) {
+        if (touch) {
+            time = std::max(time, touch->timestamp());
+        }
+    }
+    return std::isfinite(time) ? time : event.timestamp();
+}
+
+}  // namespace vlx::detail
