@@ -46,6 +46,5 @@ GalleryPage makeViewsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeControlsPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeControllersPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeWidgetsPage(const std::filesystem::path& outputDirectory);
-GalleryPage makeGesturesPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeScrollingPage(const std::filesystem::path& outputDirectory);
 GalleryPage makeInteractionPage(const std::filesystem::path& outputDirectory);

@@ -9,11 +9,11 @@ GalleryPage makeDataPage(const std::filesystem::path& outputDirectory);
 
 const std::vector<GalleryPageBuilder>& galleryPageBuilders() {
     static const std::vector<GalleryPageBuilder> builders = {
-        makeColorPage,    makeFoundationPage, makeDrawingPage,     makePathsPage,
-        makeImagesPage,   makeTextPage,       makeDataPage,        makeLayersPage,
-        makeEasingPage,   makeSpringsPage,    makeCompositorPage,  makeArcsPage,
-        makeViewsPage,    makeControlsPage,   makeWidgetsPage,     makeControllersPage,
-        makeGesturesPage, makeScrollingPage,  makeInteractionPage,
+        makeColorPage,     makeFoundationPage,  makeDrawingPage,    makePathsPage,
+        makeImagesPage,    makeTextPage,        makeDataPage,       makeLayersPage,
+        makeEasingPage,    makeSpringsPage,     makeCompositorPage, makeArcsPage,
+        makeViewsPage,     makeControlsPage,    makeWidgetsPage,    makeControllersPage,
+        makeScrollingPage, makeInteractionPage,
     };
     return builders;
 }
