@@ -1,14 +1,17 @@
 #pragma once
 
-// A seeded storm of mixed touch events through a window holding every recogniser kind, shared by
-// the input tests (10^5 events) and the input benchmark (10^6). After every touch sequence (all
+// A storm of mixed touch events through a window holding every recogniser kind, shared by the
+// input tests (10^5 seeded events), the input benchmark (10^6) and the touch fuzz target (the
+// fuzzer's bytes pick the steps). After every touch sequence (all
 // fingers up, then a second for timers) it checks that every recogniser is back to possible
 // with no touches, and that no recogniser ended or was cancelled twice in one sequence.
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <limits>
 #include <map>
 #include <memory>
@@ -53,7 +56,15 @@ struct PressDelegate : VLXGestureRecognizerDelegate {
 
 class TouchStorm {
 public:
-    explicit TouchStorm(std::uint32_t seed) : m_random(seed) {
+    /// Numbers in [0, 1) that pick every step (a seeded generator, or a fuzzer's bytes).
+    using Source = std::function<double()>;
+
+    explicit TouchStorm(std::uint32_t seed)
+        : TouchStorm([random = std::make_shared<std::mt19937>(seed)] {
+              return std::uniform_real_distribution<double>(0, 1)(*random);
+          }) {}
+
+    explicit TouchStorm(Source source) : m_source(std::move(source)) {
         VLXClock::setManual(1000);
         m_window = VLXWindow::createWithFrame({0, 0, 320, 480});
         m_container = VLXView::createWithFrame({0, 0, 320, 480});
@@ -118,7 +129,11 @@ public:
 
 private:
     double uniform(double low, double high) {
-        return std::uniform_real_distribution<double>(low, high)(m_random);
+        const double u = m_source();
+        return low + (std::isfinite(u) ? std::clamp(u, 0.0, 1.0) : 0.0) * (high - low);
+    }
+    std::size_t index(std::size_t count) {
+        return std::min(count - 1, static_cast<std::size_t>(uniform(0, double(count))));
     }
     bool chance(double p) { return uniform(0, 1) < p; }
 
@@ -189,15 +204,13 @@ private:
 
     std::shared_ptr<VLXTouch>& randomFinger() {
         auto it = m_fingers.begin();
-        std::advance(it,
-                     std::uniform_int_distribution<std::size_t>(0, m_fingers.size() - 1)(m_random));
+        std::advance(it, index(m_fingers.size()));
         return it->second;
     }
 
     // Recognisers and views changing under the fingers.
     void chaos() {
-        auto& r = m_recognizers[std::uniform_int_distribution<std::size_t>(
-            0, m_recognizers.size() - 1)(m_random)];
+        auto& r = m_recognizers[index(m_recognizers.size())];
         const double what = uniform(0, 1);
         if (what < 0.4) {
             r->setEnabled(!r->isEnabled());
@@ -247,7 +260,7 @@ private:
         }
     }
 
-    std::mt19937 m_random;
+    Source m_source;
     std::shared_ptr<VLXWindow> m_window;
     std::shared_ptr<VLXView> m_container;
     std::shared_ptr<VLXScrollView> m_scroll;
