@@ -4,7 +4,8 @@
 #   scripts/run-fuzz.sh [seconds] [target…]   each target (default: all) for `seconds` (60)
 #   scripts/run-fuzz.sh --ci                  the bounded pass of the test command: every target
 #                                             over its seed corpus plus 20 000 fresh inputs (the
-#                                             drawing target 2 000), one line per target
+#                                             drawing target 2 000, touch 3 000), one line per
+#                                             target
 #
 # Seeds come from fuzz/corpus/<target>/ (never written to); what a run learns goes to
 # build-fuzz/corpus/<target>/ (the --ci pass starts from an empty build-fuzz/ci-corpus/ each
@@ -85,10 +86,13 @@ for target in "${targets[@]}"; do
         # and what longer runs learned stays.
         corpus=$build/ci-corpus/$target
         rm -rf "$corpus" && mkdir -p "$corpus"
-        # The drawing target draws every input into a bitmap and an SVG document, each input
-        # costing what a thousand parser inputs do; a tenth of the count keeps it to seconds.
+        # The drawing target draws every input into a bitmap and an SVG document, and the touch
+        # target runs a window's recognisers and run loop through a few hundred events: each
+        # input costs what hundreds of parser inputs do, so they run fewer to stay within a
+        # minute.
         fresh=20000
         [[ $target == drawing ]] && fresh=2000
+        [[ $target == touch ]] && fresh=3000
         options+=(-runs=$((count + fresh)) -seed=1)
     else
         options+=(-max_total_time="$seconds")
