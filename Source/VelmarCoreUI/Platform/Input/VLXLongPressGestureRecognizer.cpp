@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
+#include <VelmarCoreUI/Platform/Input/Private/VLXFingers.h>
 #include <VelmarCoreUI/Platform/Input/VLXTapGestureRecognizer.h>
 
 namespace {
@@ -13,11 +14,7 @@ double nonNegative(double value) {
 }  // namespace
 
 struct VLXLongPressGestureRecognizer::Impl {
-    struct Finger {
-        std::shared_ptr<VLXTouch> touch;
-        VLXPoint down;  // window coordinates
-    };
-    std::vector<Finger> fingers;
+    std::vector<vlx::detail::HeldFinger> fingers;
     // The press delay while the fingers are down, the wait for the next touch-down between taps.
     std::shared_ptr<VLXTimer> timer;
     std::uint32_t tapsDone = 0;     // taps before the press
@@ -27,17 +24,10 @@ struct VLXLongPressGestureRecognizer::Impl {
     // recogniser to fail, and then reads possible).
     bool asked = false;
 
-    Finger* find(const VLXTouch* touch) {
-        auto it = std::find_if(fingers.begin(), fingers.end(),
-                               [touch](const Finger& f) { return f.touch.get() == touch; });
-        return it == fingers.end() ? nullptr : &*it;
+    vlx::detail::HeldFinger* find(const VLXTouch* touch) {
+        return vlx::detail::findFinger(fingers, touch);
     }
-    void stopTimer() {
-        if (timer) {
-            timer->invalidate();
-            timer.reset();
-        }
-    }
+    void stopTimer() { vlx::detail::stopTimer(timer); }
 };
 
 VLXLongPressGestureRecognizer::VLXLongPressGestureRecognizer() : m_impl(std::make_unique<Impl>()) {}
@@ -112,7 +102,7 @@ void VLXLongPressGestureRecognizer::touchesMoved(const VLXTouchSet& touches, con
     const VLXGestureRecognizerState current = state();
     bool moved = false;
     for (const auto& touch : touches) {
-        const Impl::Finger* finger = touch ? m_impl->find(touch.get()) : nullptr;
+        const vlx::detail::HeldFinger* finger = touch ? m_impl->find(touch.get()) : nullptr;
         if (!finger) {
             continue;
         }
@@ -136,7 +126,7 @@ void VLXLongPressGestureRecognizer::touchesEnded(const VLXTouchSet& touches, con
     for (const auto& touch : touches) {
         if (touch && m_impl->find(touch.get())) {
             std::erase_if(m_impl->fingers,
-                          [&touch](const Impl::Finger& f) { return f.touch == touch; });
+                          [&touch](const vlx::detail::HeldFinger& f) { return f.touch == touch; });
             lifted = true;
         }
     }

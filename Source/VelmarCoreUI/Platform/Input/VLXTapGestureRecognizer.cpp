@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
+#include <VelmarCoreUI/Platform/Input/Private/VLXFingers.h>
 #include <VelmarCoreUI/Platform/Views/VLXView.h>
 
 namespace {
@@ -14,29 +15,18 @@ double distanceBetween(VLXPoint a, VLXPoint b) {
 }  // namespace
 
 struct VLXTapGestureRecognizer::Impl {
-    struct Finger {
-        std::shared_ptr<VLXTouch> touch;
-        VLXPoint down;  // window coordinates
-    };
-    std::vector<Finger> fingers;      // down now
-    std::uint32_t tapsDone = 0;       // completed taps of the series
-    std::uint32_t downThisTap = 0;    // fingers that came down during the current tap
-    bool allDownTogether = false;     // the required fingers were down at one moment
-    std::shared_ptr<VLXTimer> timer;  // the wait for the next tap
+    std::vector<vlx::detail::HeldFinger> fingers;  // down now
+    std::uint32_t tapsDone = 0;                    // completed taps of the series
+    std::uint32_t downThisTap = 0;                 // fingers that came down during the current tap
+    bool allDownTogether = false;                  // the required fingers were down at one moment
+    std::shared_ptr<VLXTimer> timer;               // the wait for the next tap
     std::vector<VLXPoint> lifts;      // where the fingers of the current tap lifted (window)
     std::optional<VLXPoint> lastTap;  // the centroid of those once the tap completed
 
-    Finger* find(const VLXTouch* touch) {
-        auto it = std::find_if(fingers.begin(), fingers.end(),
-                               [touch](const Finger& f) { return f.touch.get() == touch; });
-        return it == fingers.end() ? nullptr : &*it;
+    vlx::detail::HeldFinger* find(const VLXTouch* touch) {
+        return vlx::detail::findFinger(fingers, touch);
     }
-    void stopTimer() {
-        if (timer) {
-            timer->invalidate();
-            timer.reset();
-        }
-    }
+    void stopTimer() { vlx::detail::stopTimer(timer); }
 };
 
 VLXTapGestureRecognizer::VLXTapGestureRecognizer() : m_impl(std::make_unique<Impl>()) {}
@@ -97,7 +87,7 @@ void VLXTapGestureRecognizer::touchesMoved(const VLXTouchSet& touches, const VLX
         return;
     }
     for (const auto& touch : touches) {
-        const Impl::Finger* finger = touch ? m_impl->find(touch.get()) : nullptr;
+        const vlx::detail::HeldFinger* finger = touch ? m_impl->find(touch.get()) : nullptr;
         if (finger &&
             distanceBetween(touch->locationInView(nullptr), finger->down) > kMaximumMovement) {
             setState(VLXGestureRecognizerState::Failed);
@@ -112,7 +102,7 @@ void VLXTapGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const VLX
     }
     bool lifted = false;
     for (const auto& touch : touches) {
-        const Impl::Finger* finger = touch ? m_impl->find(touch.get()) : nullptr;
+        const vlx::detail::HeldFinger* finger = touch ? m_impl->find(touch.get()) : nullptr;
         if (!finger) {
             continue;  // a touch this recogniser never saw begin
         }
@@ -121,7 +111,7 @@ void VLXTapGestureRecognizer::touchesEnded(const VLXTouchSet& touches, const VLX
             return;
         }
         std::erase_if(m_impl->fingers,
-                      [&touch](const Impl::Finger& f) { return f.touch == touch; });
+                      [&touch](const vlx::detail::HeldFinger& f) { return f.touch == touch; });
         m_impl->lifts.push_back(touch->locationInView(nullptr));
         lifted = true;
     }

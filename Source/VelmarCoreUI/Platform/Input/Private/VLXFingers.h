@@ -2,12 +2,35 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <vector>
 
+#include <VelmarCoreUI/Platform/Foundation/VLXTimer.h>
 #include <VelmarCoreUI/Platform/Input/VLXEvent.h>
 #include <VelmarCoreUI/Platform/Input/VLXTouch.h>
 
 // What the recogniser kinds do with the fingers they follow.
 namespace vlx::detail {
+
+/// A finger and where it came down (window coordinates), for kinds that limit movement.
+struct HeldFinger {
+    std::shared_ptr<VLXTouch> touch;
+    VLXPoint down;
+};
+
+inline HeldFinger* findFinger(std::vector<HeldFinger>& fingers, const VLXTouch* touch) {
+    auto it = std::find_if(fingers.begin(), fingers.end(),
+                           [touch](const HeldFinger& f) { return f.touch.get() == touch; });
+    return it == fingers.end() ? nullptr : &*it;
+}
+
+/// Invalidates and forgets `timer` (nothing when there is none).
+inline void stopTimer(std::shared_ptr<VLXTimer>& timer) {
+    if (timer) {
+        timer->invalidate();
+        timer.reset();
+    }
+}
 
 inline bool containsTouch(const VLXTouchSet& fingers, const VLXTouch* touch) {
     return std::any_of(fingers.begin(), fingers.end(),
