@@ -19,7 +19,7 @@ namespace {
 struct Recorder : VLXScrollViewDelegate {
     std::string log;
     void add(const std::string& entry) {
-        if (entry != "scroll" || log.size() < 6 || log.compare(log.size() - 6, 6, "scroll") != 0) {
+        if (entry != "scroll" || !log.ends_with("scroll")) {
             log += (log.empty() ? "" : " ") + entry;
         }
     }
@@ -38,9 +38,7 @@ public:
     static std::shared_ptr<ContentView> create(VLXRect f) { return makeWithFrame<ContentView>(f); }
     void touchesBegan(const Touches&, const VLXEvent&) override { calls += "b"; }
     void touchesMoved(const Touches&, const VLXEvent&) override {
-        if (calls.empty() || calls.back() != 'm') {
-            calls += "m";
-        }
+        calls += calls.ends_with('m') ? "" : "m";
     }
     void touchesEnded(const Touches&, const VLXEvent&) override { calls += "e"; }
     void touchesCancelled(const Touches&, const VLXEvent&) override { calls += "c"; }
@@ -66,6 +64,8 @@ struct Scene {
         synth.lift(0);
     }
     void runFor(double seconds) { VLXRunLoop::main().runUntil(VLXClock::now() + seconds); }
+    void drag(VLXPoint from, VLXPoint to) { synth.drag(from, to); }
+    VLXPoint offset() const { return scroll->contentOffset(); }
 
     std::shared_ptr<VLXWindow> window = VLXWindow::createWithFrame({{0, 0}, {300, 300}});
     std::shared_ptr<VLXScrollView> scroll = VLXScrollView::createWithFrame({{0, 0}, {100, 100}});
@@ -78,115 +78,110 @@ struct Scene {
 
 TEST(ScrollViewPan, DragFollowsTheFingerAlongAxesThatScroll) {
     Scene scene;
-    auto& scroll = *scene.scroll;
-    ASSERT_NE(scroll.panGestureRecognizer(), nullptr);
-    EXPECT_EQ(scroll.panGestureRecognizer()->view(), &scroll);
-    EXPECT_EQ(scroll.pinchGestureRecognizer(), nullptr);
-    scroll.setContentSize({300, 400});
-    scroll.setDecelerationEnabled(false);
-    scene.synth.drag({80, 80}, {30, 50});
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{50, 30}));
+    ASSERT_NE(scene.scroll->panGestureRecognizer(), nullptr);
+    scene.scroll->setContentSize({300, 400});
+    scene.scroll->setDecelerationEnabled(false);
+    scene.drag({80, 80}, {30, 50});
+    EXPECT_EQ(scene.offset(), (VLXPoint{50, 30}));
     EXPECT_EQ(scene.recorder->log, "drag scroll endDrag");
-
     // Far past either end the offset stops at the content's edges (no rubber band).
-    scene.synth.drag({90, 90}, {-400, -400});
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{200, 300}));
-    scene.synth.drag({10, 10}, {295, 315});
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 0}));
-
+    scene.drag({90, 90}, {-400, -400});
+    EXPECT_EQ(scene.offset(), (VLXPoint{200, 300}));
+    scene.drag({10, 10}, {295, 315});
+    EXPECT_EQ(scene.offset(), (VLXPoint{0, 0}));
     // Only wider than the bounds: the vertical offset, even one set out of range, stays.
-    scroll.setContentSize({300, 100});
-    scroll.setContentOffset({100, 7});
-    scene.synth.drag({50, 50}, {70, 20});
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{80, 7}));
+    scene.scroll->setContentSize({300, 100});
+    scene.scroll->setContentOffset({100, 7});
+    scene.drag({50, 50}, {70, 20});
+    EXPECT_EQ(scene.offset(), (VLXPoint{80, 7}));
 }
 
 TEST(ScrollViewPan, ContentThatFitsOrHoldsTheTouchIsNotDragged) {
     Scene scene;
     auto& scroll = *scene.scroll;
+    auto& synth = scene.synth;
     scroll.setDecelerationEnabled(false);
     auto content = ContentView::create({{0, 0}, {100, 50}});
     scroll.addSubview(content);
 
     // Fits both ways: the drag never begins and the content keeps its touch.
     scroll.setContentSize({100, 100});
-    scene.synth.drag({50, 40}, {20, 0});
+    scene.drag({50, 40}, {20, 0});
     EXPECT_EQ(content->calls, "bme");
     // A bounce flag opens the axis: the drag takes the touch, though there is no room to move.
     scroll.setAlwaysBounceVertical(true);
-    scene.synth.drag({50, 40}, {50, 0});
+    scene.drag({50, 40}, {50, 0});
     EXPECT_EQ(content->calls, "bmebmc");
     EXPECT_EQ(scene.recorder->log, "drag endDrag");
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 0}));
+    EXPECT_EQ(scene.offset(), (VLXPoint{0, 0}));
 
     // Without take-over, a touch on the content never drags; one on the bare scroll view does.
     scroll.setContentSize({100, 500});
     scroll.setCanCancelContentTouches(false);
     content->calls.clear();
-    scene.synth.drag({50, 40}, {50, 0});
+    scene.drag({50, 40}, {50, 0});
     EXPECT_EQ(content->calls, "bme");
-    scene.synth.drag({50, 90}, {50, 60});
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 30}));
+    scene.drag({50, 90}, {50, 60});
+    EXPECT_EQ(scene.offset(), (VLXPoint{0, 30}));
     // Turned off while the finger rests on the content, before the drag began.
     scroll.setCanCancelContentTouches(true);
-    scene.synth.touchDown(0, {50, 10});
-    scene.synth.moveTo(0, {50, 7});
+    synth.touchDown(0, {50, 10});
+    synth.moveTo(0, {50, 7});
     scroll.setCanCancelContentTouches(false);
-    scene.synth.moveTo(0, {50, -40});
-    scene.synth.lift(0);
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 30}));
+    synth.moveTo(0, {50, -40});
+    synth.lift(0);
+    EXPECT_EQ(scene.offset(), (VLXPoint{0, 30}));
 
     // Scrolling off disables the pan, ending a drag in progress where it is.
     scene.recorder->log.clear();
-    scene.synth.touchDown(0, {50, 90});
-    scene.synth.moveTo(0, {50, 70});
+    synth.touchDown(0, {50, 90});
+    synth.moveTo(0, {50, 70});
     scroll.setScrollEnabled(false);
     EXPECT_FALSE(scroll.isDragging() || scroll.panGestureRecognizer()->isEnabled());
-    scene.synth.moveTo(0, {50, 10});
-    scene.synth.lift(0);
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 50}));
+    synth.moveTo(0, {50, 10});
+    synth.lift(0);
+    EXPECT_EQ(scene.offset(), (VLXPoint{0, 50}));
     EXPECT_EQ(scene.recorder->log, "drag scroll endDrag");
 }
 
 TEST(ScrollViewPan, ALongPressThatBeginsFirstKeepsTheDragOut) {
     Scene scene;
-    auto& scroll = *scene.scroll;
-    scroll.setDecelerationEnabled(false);
-    scroll.setContentSize({100, 500});
+    scene.scroll->setDecelerationEnabled(false);
+    scene.scroll->setContentSize({100, 500});
     auto content = ContentView::create({{0, 0}, {100, 100}});
-    scroll.addSubview(content);
+    scene.scroll->addSubview(content);
     auto press = VLXLongPressGestureRecognizer::create();
     std::vector<VLXGestureRecognizerState> states;
     press->addAction([&](VLXGestureRecognizer& r) { states.push_back(r.state()); });
     content->addGestureRecognizer(press);
 
     scene.synth.pressAndDrag({50, 60}, {50, 10}, 0.8, 0.3);
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 0}));
+    EXPECT_EQ(scene.offset(), (VLXPoint{0, 0}));
     EXPECT_EQ(scene.recorder->log, "");
     ASSERT_GE(states.size(), 3u);
     EXPECT_EQ(states.front(), VLXGestureRecognizerState::Began);
     EXPECT_EQ(states.back(), VLXGestureRecognizerState::Ended);
-
     // A quick drag belongs to the scroll view; the press hears nothing.
     states.clear();
     scene.synth.drag({50, 60}, {50, 10}, 0.2);
-    EXPECT_EQ(scroll.contentOffset(), (VLXPoint{0, 50}));
+    EXPECT_EQ(scene.offset(), (VLXPoint{0, 50}));
     EXPECT_TRUE(states.empty());
 }
 
 TEST(ScrollViewPan, GlidesAfterAFlickUntilSlowAtTheEndOrTouched) {
     Scene scene;
     auto& scroll = *scene.scroll;
+    const std::string glided = "drag scroll endDrag(glide) glide scroll endGlide";
     scroll.setContentSize({2000, 100});
     scene.flickLeft();
     ASSERT_GT(scene.releaseSpeed, 500);
     EXPECT_TRUE(scroll.isDecelerating());
-    const double released = scroll.contentOffset().x;
+    const double released = scene.offset().x;
     // Further every tenth of a second, by less each time, then still.
     double last = released, lastStep = INFINITY;
     for (int i = 0; i < 10; ++i) {
         scene.runFor(0.1);
-        const double step = scroll.contentOffset().x - last;
+        const double step = scene.offset().x - last;
         EXPECT_TRUE(step > 0 && step < lastStep) << step;
         lastStep = step;
         last += step;
@@ -195,25 +190,24 @@ TEST(ScrollViewPan, GlidesAfterAFlickUntilSlowAtTheEndOrTouched) {
     EXPECT_FALSE(scroll.isDecelerating());
     // The speed decays by the documented rate per millisecond until below the minimum speed.
     const double k = 1000 * std::log(VLXScrollView::kDecelerationRate);
-    EXPECT_NEAR(scroll.contentOffset().x - released,
+    EXPECT_NEAR(scene.offset().x - released,
                 (VLXScrollView::kMinimumDecelerationSpeed - scene.releaseSpeed) / k, 1e-6);
-    EXPECT_EQ(scene.recorder->log, "drag scroll endDrag(glide) glide scroll endGlide");
+    EXPECT_EQ(scene.recorder->log, glided);
 
-    // A touch stops it where it is, and the delegate hears the end.
+    // A touch stops it where it is, and the delegate hears the end; so does a new offset.
     scene.recorder->log.clear();
     scene.flickLeft();
     scene.runFor(0.1);
     scene.synth.touchDown(0, {50, 50});
-    const double held = scroll.contentOffset().x;
+    const double held = scene.offset().x;
     scene.runFor(1);
     scene.synth.lift(0);
-    EXPECT_EQ(scroll.contentOffset().x, held);
-    EXPECT_EQ(scene.recorder->log, "drag scroll endDrag(glide) glide scroll endGlide");
-    // So does a new offset.
+    EXPECT_EQ(scene.offset().x, held);
+    EXPECT_EQ(scene.recorder->log, glided);
     scene.flickLeft();
     scroll.setContentOffset({10, 0});
     scene.runFor(1);
-    EXPECT_EQ(scroll.contentOffset().x, 10);
+    EXPECT_EQ(scene.offset().x, 10);
 
     // A glide that reaches the end stops there and then.
     scroll.setContentSize({250, 100});
@@ -221,7 +215,7 @@ TEST(ScrollViewPan, GlidesAfterAFlickUntilSlowAtTheEndOrTouched) {
     scene.flickLeft();
     scene.runFor(0.5);
     EXPECT_FALSE(scroll.isDecelerating());
-    EXPECT_EQ(scroll.contentOffset().x, 150);
+    EXPECT_EQ(scene.offset().x, 150);
 
     // Gliding off: the drag just ends. A scroll view gone mid-glide leaves nothing running.
     scroll.setContentOffset({0, 0});

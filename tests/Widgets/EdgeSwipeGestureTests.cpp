@@ -41,14 +41,13 @@ protected:
         touch->update({p.x + d.x, p.y + d.y}, t, VLXTouchPhase::Moved);
         r.touchesMoved({touch}, *VLXEvent::create({touch}, t));
     }
-    State afterBegin(VLXUInteger side, VLXPoint start) {
+    // A new recogniser's state after a finger went down at `start` and moved by `d` (if given).
+    State after(VLXUInteger side, VLXPoint start, VLXPoint d = {NAN, NAN}) {
         auto r = swipe(side);
-        begin(*r, start);
-        return r->state();
-    }
-    State afterMove(VLXUInteger side, VLXPoint start, VLXPoint d) {
-        auto r = swipe(side);
-        moveBy(*r, begin(*r, start), d);
+        auto touch = begin(*r, start);
+        if (!std::isnan(d.x)) {
+            moveBy(*r, touch, d);
+        }
         return r->state();
     }
 
@@ -58,20 +57,19 @@ protected:
 }  // namespace
 
 TEST_F(EdgeSwipeGesture, TouchMustStartInTheEdgeBand) {
-    EXPECT_EQ(afterBegin(VLXEdgeSwipeSideLeft, {20, 200}), State::Possible);
-    EXPECT_EQ(afterBegin(VLXEdgeSwipeSideLeft, {20.5, 200}), State::Failed);
-    EXPECT_EQ(afterBegin(VLXEdgeSwipeSideRight, {300, 200}), State::Possible);
-    EXPECT_EQ(afterBegin(VLXEdgeSwipeSideRight, {299, 200}), State::Failed);
-    EXPECT_EQ(afterBegin(VLXEdgeSwipeSideTop, {100, 21}), State::Failed);
-    EXPECT_EQ(afterBegin(VLXEdgeSwipeSideBottom, {100, 460}), State::Possible);
-    EXPECT_EQ(afterBegin(VLXEdgeSwipeSideBottom, {100, 459}), State::Failed);
-    EXPECT_EQ(afterBegin(9, {160, 240}), State::Possible);
+    EXPECT_EQ(after(VLXEdgeSwipeSideLeft, {20, 200}), State::Possible);
+    EXPECT_EQ(after(VLXEdgeSwipeSideLeft, {20.5, 200}), State::Failed);
+    EXPECT_EQ(after(VLXEdgeSwipeSideRight, {300, 200}), State::Possible);
+    EXPECT_EQ(after(VLXEdgeSwipeSideRight, {299, 200}), State::Failed);
+    EXPECT_EQ(after(VLXEdgeSwipeSideTop, {100, 21}), State::Failed);
+    EXPECT_EQ(after(VLXEdgeSwipeSideBottom, {100, 460}), State::Possible);
+    EXPECT_EQ(after(VLXEdgeSwipeSideBottom, {100, 459}), State::Failed);
+    EXPECT_EQ(after(9, {160, 240}), State::Possible);
 
     // The right band follows the frame (160 wide under this transform), not the bounds (320).
     view->setTransform(VLXAffineTransformMakeScale(0.5, 0.5));
     auto right = swipe(VLXEdgeSwipeSideRight);
-    auto touch = VLXTouch::create(view->convertPointToView({141, 200}, nullptr), 1);
-    right->touchesBegan({touch}, *VLXEvent::create({touch}, 1));
+    begin(*right, view->convertPointToView({141, 200}, nullptr));
     EXPECT_EQ(right->state(), State::Possible);
     EXPECT_NEAR(right->startPoint().x, 141, 1e-9);
 
@@ -88,19 +86,19 @@ TEST_F(EdgeSwipeGesture, DirectionIsJudgedPastTheMinimumDistance) {
     EXPECT_FALSE(left->isAngleCloseEnough(kPi / 4));  // strict
     EXPECT_TRUE(left->isAngleCloseEnough(-0.1));      // no wrap on the left
     // Sides past 3 expect 0 yet wrap negative angles, so slightly upward is refused.
-    EXPECT_EQ(afterMove(7, {10, 200}, {10, 1}), State::Began);
-    EXPECT_EQ(afterMove(7, {10, 200}, {10, -1}), State::Failed);
+    EXPECT_EQ(after(7, {10, 200}, {10, 1}), State::Began);
+    EXPECT_EQ(after(7, {10, 200}, {10, -1}), State::Failed);
     auto touch = begin(*left, {10, 200});
     moveBy(*left, touch, {4, 0});
     EXPECT_EQ(left->state(), State::Possible);
     moveBy(*left, touch, {2, 0});
     EXPECT_EQ(left->state(), State::Began);
-    EXPECT_EQ(afterMove(VLXEdgeSwipeSideLeft, {10, 200}, {5, 0}), State::Possible);
-    EXPECT_EQ(afterMove(VLXEdgeSwipeSideLeft, {10, 200}, {4, 4.5}), State::Failed);  // 48°
-    EXPECT_EQ(afterMove(VLXEdgeSwipeSideBottom, {100, 470}, {0, -10}), State::Began);
-    EXPECT_EQ(afterMove(VLXEdgeSwipeSideRight, {310, 200}, {-10, 1}), State::Began);
-    EXPECT_EQ(afterMove(VLXEdgeSwipeSideRight, {310, 200}, {-10, -1}), State::Began);
-    EXPECT_EQ(afterMove(VLXEdgeSwipeSideTop, {100, 10}, {10, 0}), State::Failed);
+    EXPECT_EQ(after(VLXEdgeSwipeSideLeft, {10, 200}, {5, 0}), State::Possible);
+    EXPECT_EQ(after(VLXEdgeSwipeSideLeft, {10, 200}, {4, 4.5}), State::Failed);  // 48°
+    EXPECT_EQ(after(VLXEdgeSwipeSideBottom, {100, 470}, {0, -10}), State::Began);
+    EXPECT_EQ(after(VLXEdgeSwipeSideRight, {310, 200}, {-10, 1}), State::Began);
+    EXPECT_EQ(after(VLXEdgeSwipeSideRight, {310, 200}, {-10, -1}), State::Began);
+    EXPECT_EQ(after(VLXEdgeSwipeSideTop, {100, 10}, {10, 0}), State::Failed);
 }
 
 TEST_F(EdgeSwipeGesture, StatesActionsAndRecordedPoints) {
@@ -128,8 +126,8 @@ TEST_F(EdgeSwipeGesture, StatesActionsAndRecordedPoints) {
     auto early = swipe(VLXEdgeSwipeSideLeft);
     touch = begin(*early, {10, 200});
     early->touchesEnded({touch}, *VLXEvent::create({touch}, 1));
-    EXPECT_EQ(early->state(), State::Failed);
     moveBy(*early, touch, {50, 0});
+    EXPECT_EQ(early->state(), State::Failed);
     EXPECT_EQ(early->currentPoint(), (VLXPoint{10, 200}));
     // A cancel after it began fails it and forgets the start.
     auto cancelled = swipe(VLXEdgeSwipeSideLeft);
