@@ -1,13 +1,11 @@
 #include <cmath>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <VelmarCoreUI/Platform/Foundation/VLXClock.h>
 #include <VelmarCoreUI/Platform/Foundation/VLXRunLoop.h>
-#include <VelmarCoreUI/Platform/Input/VLXLongPressGestureRecognizer.h>
 #include <VelmarCoreUI/Platform/Input/VLXPanGestureRecognizer.h>
 #include <VelmarCoreUI/Platform/Input/VLXTouchSynthesizer.h>
 #include <VelmarCoreUI/Platform/Views/VLXScrollView.h>
@@ -142,30 +140,6 @@ TEST(ScrollViewPan, ContentThatFitsOrHoldsTheTouchIsNotDragged) {
     synth.lift(0);
     EXPECT_EQ(scene.offset(), (VLXPoint{0, 50}));
     EXPECT_EQ(scene.recorder->log, "drag scroll endDrag");
-}
-
-TEST(ScrollViewPan, ALongPressThatBeginsFirstKeepsTheDragOut) {
-    Scene scene;
-    scene.scroll->setDecelerationEnabled(false);
-    scene.scroll->setContentSize({100, 500});
-    auto content = ContentView::create({{0, 0}, {100, 100}});
-    scene.scroll->addSubview(content);
-    auto press = VLXLongPressGestureRecognizer::create();
-    std::vector<VLXGestureRecognizerState> states;
-    press->addAction([&](VLXGestureRecognizer& r) { states.push_back(r.state()); });
-    content->addGestureRecognizer(press);
-
-    scene.synth.pressAndDrag({50, 60}, {50, 10}, 0.8, 0.3);
-    EXPECT_EQ(scene.offset(), (VLXPoint{0, 0}));
-    EXPECT_EQ(scene.recorder->log, "");
-    ASSERT_GE(states.size(), 3u);
-    EXPECT_EQ(states.front(), VLXGestureRecognizerState::Began);
-    EXPECT_EQ(states.back(), VLXGestureRecognizerState::Ended);
-    // A quick drag belongs to the scroll view; the press hears nothing.
-    states.clear();
-    scene.synth.drag({50, 60}, {50, 10}, 0.2);
-    EXPECT_EQ(scene.offset(), (VLXPoint{0, 50}));
-    EXPECT_TRUE(states.empty());
 }
 
 TEST(ScrollViewPan, GlidesAfterAFlickUntilSlowAtTheEndOrTouched) {
