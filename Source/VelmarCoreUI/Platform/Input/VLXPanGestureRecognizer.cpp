@@ -80,11 +80,7 @@ struct VLXPanGestureRecognizer::Impl {
             return {};
         }
         const Sample& last = samples.back();
-        // The oldest sample inside the window; the one just before the last when none is.
-        std::size_t from = samples.size() - 2;
-        while (from > 0 && last.time - samples[from - 1].time <= kVelocityWindow) {
-            --from;
-        }
+        const std::size_t from = vlx::detail::velocityStart(samples, kVelocityWindow);
         const double dt = last.time - samples[from].time;
         if (!(dt > 0)) {
             return {};

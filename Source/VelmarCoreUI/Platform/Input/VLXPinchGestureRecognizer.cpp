@@ -57,10 +57,7 @@ struct VLXPinchGestureRecognizer::Impl {
             return 0;
         }
         const Sample& last = samples.back();
-        std::size_t from = samples.size() - 2;
-        while (from > 0 && last.time - samples[from - 1].time <= kVelocityWindow) {
-            --from;
-        }
+        const std::size_t from = vlx::detail::velocityStart(samples, kVelocityWindow);
         const double dt = last.time - samples[from].time;
         if (!(dt > 0)) {
             return 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -48,6 +49,18 @@ inline void removeTouches(VLXTouchSet& fingers, const VLXTouchSet& touches) {
     std::erase_if(fingers, [&touches](const auto& finger) {
         return std::find(touches.begin(), touches.end(), finger) != touches.end();
     });
+}
+
+/// Where a velocity over recent `samples` (oldest first, each with a `time`, at least two)
+/// starts: the oldest within `window` seconds of the last, else the one just before the last.
+template <class Samples>
+std::size_t velocityStart(const Samples& samples, double window) {
+    const double last = samples.back().time;
+    std::size_t from = samples.size() - 2;
+    while (from > 0 && last - samples[from - 1].time <= window) {
+        --from;
+    }
+    return from;
 }
 
 /// The latest timestamp among `touches`, else the event's.
